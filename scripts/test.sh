@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs every test twice: in a normal build and in an
+# AddressSanitizer + UndefinedBehaviorSanitizer build. Exits non-zero on any failure.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-deps.sh
+
+export QT_QPA_PLATFORM=offscreen
+jobs=$(nproc)
+
+suite() {
+  local name=$1; shift
+  echo "== $name build =="
+  cmake -S . -B "build/$name" -G Ninja -DQDB_WARNINGS_AS_ERRORS=ON "$@" >/dev/null
+  cmake --build "build/$name" -j "$jobs"
+  echo "== $name tests =="
+  ctest --test-dir "build/$name" --output-on-failure -j "$jobs"
+}
+
+suite release -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:strict_string_checks=1:detect_stack_use_after_return=1" \
+LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp:print_suppressions=0" \
+UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
+  suite sanitize -DCMAKE_BUILD_TYPE=Debug -DQDB_SANITIZE=ON

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QMetaProperty>
+#include <QObject>
+
+#include <functional>
+
+namespace qdb {
+
+// Component streaming as JSON: a component writes the properties whose stored test holds.
+// The stored test of property "Foo" is an invokable bool IsFooStored() when the class has
+// one, else the property's STORED flag. Owned property objects (children of the component)
+// nest as objects, string lists as arrays of lines, collections as arrays of items, and
+// references to other objects as their names. Enumerations are written by identifier,
+// sets as "[a,b]".
+//
+// Reading raises EReadError on an unknown property or a value the property cannot take;
+// callers that must stay intact read into a fresh object first. A component with an
+// invokable BeginLoading() and Loaded() has them called around its properties.
+
+bool IsPropertyStored(const QObject *object, const QMetaProperty &property);
+
+QJsonObject WriteComponent(const QObject *object);
+// Resolves a reference by name; nullptr leaves the property as it is.
+using ReferenceResolver = std::function<QObject *(const QString &name, const QMetaProperty &property)>;
+void ReadComponent(QObject *object, const QJsonObject &json, const ReferenceResolver &resolve = {});
+
+QByteArray ComponentToJson(const QObject *object);
+// Raises EReadError also for text that is not a JSON object.
+void JsonToComponent(QObject *object, const QByteArray &json, const ReferenceResolver &resolve = {});
+
+// Copies the stored properties of one object onto another.
+void AssignProperties(QObject *target, const QObject *source);
+
+} // namespace qdb

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "Currency.h"
+#include "DateTime.h"
+
+#include <QList>
+#include <QMetaType>
+#include <QString>
+#include <QVariant>
+
+#include <variant>
+
+namespace qdb {
+
+enum class VarType { Unassigned, Null, Boolean, Integer, Double, Currency, String, DateTime, Array };
+
+// The outcome of comparing two variants. Null and Unassigned are never equal to a value,
+// and nothing is less or greater than them.
+enum class VariantRelationship { vrEqual, vrLessThan, vrGreaterThan, vrNotEqual };
+
+// A value of one of the kinds a field or a total can hold. Unassigned (the default) and
+// Null are distinct. Arithmetic follows the usual promotions: Null propagates, Integer
+// overflow widens to Double, Currency with Integer or Currency stays exact.
+class Variant
+{
+public:
+    using Array = QList<Variant>;
+
+    Variant() noexcept = default;
+    Variant(bool v) : v_(v) {}
+    Variant(int v) : v_(qint64(v)) {}
+    Variant(unsigned v) : v_(qint64(v)) {}
+    Variant(long v) : v_(qint64(v)) {}
+    Variant(long long v) : v_(qint64(v)) {}
+    Variant(double v) : v_(v) {}
+    Variant(Currency v) : v_(v) {}
+    Variant(const QString &v) : v_(v) {}
+    Variant(const char *utf8) : v_(QString::fromUtf8(utf8)) {}
+    Variant(const Array &v) : v_(v) {}
+    Variant(const void *) = delete; // a pointer must not silently become a Boolean
+
+    static Variant Null() { Variant r; r.v_ = NullTag{}; return r; }
+    static Variant FromDateTime(TDateTime dt) { Variant r; r.v_ = DateTimeValue{dt}; return r; }
+    // Null QVariants become Null; an invalid QVariant becomes Unassigned.
+    static Variant FromQVariant(const QVariant &v);
+    QVariant ToQVariant() const;
+
+    VarType Type() const noexcept { return static_cast<VarType>(v_.index()); }
+    bool IsUnassigned() const noexcept { return Type() == VarType::Unassigned; }
+    bool IsNull() const noexcept { return Type() == VarType::Null; }
+    // Null or Unassigned.
+    bool IsClear() const noexcept { return IsNull() || IsUnassigned(); }
+    bool IsNumeric() const noexcept;
+    bool IsString() const noexcept { return Type() == VarType::String; }
+    bool IsArray() const noexcept { return Type() == VarType::Array; }
+
+    // Conversions raise EVariantError when the value cannot become the type asked for.
+    bool ToBool() const;
+    qint64 ToInt64() const;
+    int ToInt() const;
+    double ToDouble() const;
+    Currency ToCurrency() const;
+    TDateTime ToDateTime() const;
+    // Null and Unassigned give an empty text; numbers and dates use FormatSettings.
+    QString ToString() const;
+    const Array &ToArray() const;
+    Variant AsType(VarType type) const;
+
+    int ArrayHighBound() const { return IsArray() ? int(ToArray().size()) - 1 : -1; }
+
+    friend Variant operator+(const Variant &a, const Variant &b);
+    friend Variant operator-(const Variant &a, const Variant &b);
+    friend Variant operator*(const Variant &a, const Variant &b);
+    // Real division; raises EVariantError on a zero divisor.
+    friend Variant operator/(const Variant &a, const Variant &b);
+    friend Variant operator-(const Variant &a);
+    Variant &operator+=(const Variant &b) { return *this = *this + b; }
+
+    friend bool operator==(const Variant &a, const Variant &b);
+    friend bool operator!=(const Variant &a, const Variant &b) { return !(a == b); }
+    friend bool operator<(const Variant &a, const Variant &b);
+    friend bool operator>(const Variant &a, const Variant &b) { return b < a; }
+
+    // The type's name as error messages show it ("Null", "Integer", ...).
+    static QString TypeName(VarType t);
+
+private:
+    struct NullTag { bool operator==(const NullTag &) const = default; };
+    struct DateTimeValue { TDateTime value; bool operator==(const DateTimeValue &) const = default; };
+    std::variant<std::monostate, NullTag, bool, qint64, double, Currency, QString, DateTimeValue, Array> v_;
+
+    [[noreturn]] void castError(VarType to) const;
+};
+
+VariantRelationship VarCompareValue(const Variant &a, const Variant &b);
+
+inline Variant VarArrayOf(const Variant::Array &values) { return Variant(values); }
+
+} // namespace qdb
+
+Q_DECLARE_METATYPE(qdb::Variant)

@@ -1,0 +1,34 @@
+#include "TestSupport.h"
+
+#include <QFile>
+
+namespace qdb {
+
+TFormatSettings GermanStyleSettings()
+{
+    TFormatSettings fs = TFormatSettings::Invariant();
+    fs.DecimalSeparator = QLatin1Char(',');
+    fs.ThousandSeparator = QLatin1Char('.');
+    fs.DateSeparator = QLatin1Char('.');
+    fs.ShortDateFormat = QStringLiteral("dd/mm/yyyy");
+    fs.ShortTimeFormat = QStringLiteral("hh:nn");
+    fs.LongTimeFormat = QStringLiteral("hh:nn:ss");
+    return fs;
+}
+
+QString ReadTextFile(const QString &path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return QString();
+    return QString::fromUtf8(f.readAll());
+}
+
+void WriteTextFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    if (f.open(QIODevice::WriteOnly))
+        f.write(bytes);
+}
+
+} // namespace qdb

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/rtl/FormatSettings.h"
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <ostream>
+
+namespace qdb {
+
+// Replaces the format settings for a test and puts the previous ones back.
+class ScopedFormatSettings
+{
+public:
+    explicit ScopedFormatSettings(const TFormatSettings &fs) : saved_(FormatSettings()) { FormatSettings() = fs; }
+    ~ScopedFormatSettings() { FormatSettings() = saved_; }
+    ScopedFormatSettings(const ScopedFormatSettings &) = delete;
+    ScopedFormatSettings &operator=(const ScopedFormatSettings &) = delete;
+
+private:
+    TFormatSettings saved_;
+};
+
+// Invariant settings with day-first dates ("dd.mm.yyyy") and a comma decimal separator.
+TFormatSettings GermanStyleSettings();
+
+// Reads a file as UTF-8 text; empty when missing.
+QString ReadTextFile(const QString &path);
+void WriteTextFile(const QString &path, const QByteArray &bytes);
+
+} // namespace qdb
+
+// Lets GoogleTest print Qt strings in failure messages.
+QT_BEGIN_NAMESPACE
+inline void PrintTo(const QString &s, std::ostream *os)
+{
+    *os << '"' << s.toStdString() << '"';
+}
+QT_END_NAMESPACE
