@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Brackets.h"
+
 #include <QList>
 #include <QObject>
 
@@ -103,37 +105,12 @@ public:
     T *Insert(int index) { return static_cast<T *>(TCollection::Insert(index)); }
     T *operator[](int index) const { return Items(index); }
 
-    class iterator
-    {
-    public:
-        using value_type = T *;
-        using difference_type = std::ptrdiff_t;
-        iterator() = default;
-        iterator(const TCollectionOf *c, int i) : c_(c), i_(i) {}
-        T *operator*() const { return c_->Items(i_); }
-        iterator &operator++() { ++i_; return *this; }
-        iterator operator++(int) { auto c = *this; ++i_; return c; }
-        bool operator==(const iterator &o) const { return i_ == o.i_; }
-
-    private:
-        const TCollectionOf *c_ = nullptr;
-        int i_ = 0;
-    };
+    static T *ItemAt(const TCollectionOf &c, int index) { return c.Items(index); }
+    using iterator = IndexIterator<TCollectionOf, T *, &TCollectionOf::ItemAt>;
     iterator begin() const { return iterator(this, 0); }
     iterator end() const { return iterator(this, Count()); }
 };
 
-// Holds a collection's updates back for a scope, also when an exception passes.
-class CollectionUpdateGuard
-{
-public:
-    explicit CollectionUpdateGuard(TCollection &c) : c_(c) { c_.BeginUpdate(); }
-    ~CollectionUpdateGuard() { c_.EndUpdate(); }
-    CollectionUpdateGuard(const CollectionUpdateGuard &) = delete;
-    CollectionUpdateGuard &operator=(const CollectionUpdateGuard &) = delete;
-
-private:
-    TCollection &c_;
-};
+using CollectionUpdateGuard = UpdateBracket<TCollection>;
 
 } // namespace qdb

@@ -11,17 +11,7 @@ namespace qdb {
 
 namespace {
 
-class UpdateGuard
-{
-public:
-    explicit UpdateGuard(TStrings &s) : s_(s) { s_.BeginUpdate(); }
-    ~UpdateGuard() { s_.EndUpdate(); }
-    UpdateGuard(const UpdateGuard &) = delete;
-    UpdateGuard &operator=(const UpdateGuard &) = delete;
-
-private:
-    TStrings &s_;
-};
+using UpdateGuard = UpdateBracket<TStrings>;
 
 [[noreturn]] void sortedListError()
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brackets.h"
 #include "Events.h"
 
 #include <QList>
@@ -83,22 +84,8 @@ public:
     TNotifyEvent OnChange;
     TNotifyEvent OnChanging;
 
-    class const_iterator
-    {
-    public:
-        using value_type = QString;
-        using difference_type = std::ptrdiff_t;
-        const_iterator() = default;
-        const_iterator(const TStrings *list, int index) : list_(list), index_(index) {}
-        QString operator*() const { return list_->Get(index_); }
-        const_iterator &operator++() { ++index_; return *this; }
-        const_iterator operator++(int) { auto c = *this; ++index_; return c; }
-        bool operator==(const const_iterator &o) const { return index_ == o.index_; }
-
-    private:
-        const TStrings *list_ = nullptr;
-        int index_ = 0;
-    };
+    static QString ItemAt(const TStrings &s, int index) { return s.Get(index); }
+    using const_iterator = IndexIterator<TStrings, QString, &TStrings::ItemAt>;
     const_iterator begin() const { return const_iterator(this, 0); }
     const_iterator end() const { return const_iterator(this, Count()); }
 
