@@ -15,7 +15,7 @@ namespace qdb {
 namespace {
 
 // The common type two operands are brought to before an operation.
-enum class Common { Clear, Integer, Currency, Double, DateTime, String, Boolean, Array, Mismatch };
+enum class Common { Clear, Integer, Currency, Double, DateTime, String, Boolean, Array, Bytes, Mismatch };
 
 bool isNumberKind(VarType t)
 {
@@ -26,6 +26,8 @@ Common commonType(VarType a, VarType b)
 {
     if (a == VarType::Array || b == VarType::Array)
         return a == b ? Common::Array : Common::Mismatch;
+    if (a == VarType::Bytes || b == VarType::Bytes)
+        return a == b ? Common::Bytes : Common::Mismatch;
     if (a == VarType::String && b == VarType::String)
         return Common::String;
     if (a == VarType::Boolean && b == VarType::Boolean)
@@ -132,7 +134,7 @@ bool Variant::IsNumeric() const noexcept
 QString Variant::TypeName(VarType t)
 {
     static const char *const names[] = {"Empty", "Null", "Boolean", "Int64", "Double",
-                                        "Currency", "String", "Date", "Array"};
+                                        "Currency", "String", "Date", "Array", "Bytes"};
     return QString::fromLatin1(names[static_cast<int>(t)]);
 }
 
@@ -269,9 +271,19 @@ QString Variant::ToString() const
     case VarType::Currency: return CurrToStr(std::get<Currency>(v_));
     case VarType::String: return std::get<QString>(v_);
     case VarType::DateTime: return DateTimeToStr(std::get<DateTimeValue>(v_).value);
+    case VarType::Bytes: return QString::fromUtf8(std::get<QByteArray>(v_));
     case VarType::Array: break;
     }
     castError(VarType::String);
+}
+
+QByteArray Variant::ToBytes() const
+{
+    if (const QByteArray *b = std::get_if<QByteArray>(&v_))
+        return *b;
+    if (IsClear())
+        return QByteArray();
+    return ToString().toUtf8();
 }
 
 const Variant::Array &Variant::ToArray() const
@@ -294,6 +306,7 @@ Variant Variant::AsType(VarType type) const
     case VarType::Currency: return ToCurrency();
     case VarType::String: return ToString();
     case VarType::DateTime: return FromDateTime(ToDateTime());
+    case VarType::Bytes: return ToBytes();
     case VarType::Array: break;
     }
     castError(type);
@@ -330,6 +343,7 @@ Variant Variant::FromQVariant(const QVariant &v)
     case QMetaType::QDateTime: return FromDateTime(QDateTimeToDateTime(v.toDateTime()));
     case QMetaType::QDate: return FromDateTime(QDateToDateTime(v.toDate()));
     case QMetaType::QTime: return FromDateTime(QTimeToDateTime(v.toTime()));
+    case QMetaType::QByteArray: return v.toByteArray();
     case QMetaType::QVariantList: {
         Array a;
         for (const QVariant &item : v.toList())
@@ -351,6 +365,7 @@ QVariant Variant::ToQVariant() const
     case VarType::Currency: return std::get<Currency>(v_).ToDouble();
     case VarType::String: return std::get<QString>(v_);
     case VarType::DateTime: return DateTimeToQDateTime(std::get<DateTimeValue>(v_).value);
+    case VarType::Bytes: return std::get<QByteArray>(v_);
     case VarType::Array: {
         QVariantList list;
         for (const Variant &item : std::get<Array>(v_))
@@ -428,6 +443,7 @@ VariantRelationship VarCompareValue(const Variant &a, const Variant &b)
     switch (commonType(a.Type(), b.Type())) {
     case Common::String: return compareOrdered(a.ToString(), b.ToString());
     case Common::Boolean: return compareOrdered(a.ToBool(), b.ToBool());
+    case Common::Bytes: return compareOrdered(a.ToBytes(), b.ToBytes());
     case Common::Integer: return compareOrdered(a.ToInt64(), b.ToInt64());
     case Common::Currency: return compareOrdered(a.ToCurrency(), b.ToCurrency());
     case Common::Array: {

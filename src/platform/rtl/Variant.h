@@ -12,7 +12,7 @@
 
 namespace qdb {
 
-enum class VarType { Unassigned, Null, Boolean, Integer, Double, Currency, String, DateTime, Array };
+enum class VarType { Unassigned, Null, Boolean, Integer, Double, Currency, String, DateTime, Array, Bytes };
 
 // The outcome of comparing two variants. Null and Unassigned are never equal to a value,
 // and nothing is less or greater than them.
@@ -37,6 +37,7 @@ public:
     Variant(const QString &v) : v_(v) {}
     Variant(const char *utf8) : v_(QString::fromUtf8(utf8)) {}
     Variant(const Array &v) : v_(v) {}
+    Variant(const QByteArray &v) : v_(v) {} // binary data
     Variant(const void *) = delete; // a pointer must not silently become a Boolean
 
     static Variant Null() { Variant r; r.v_ = NullTag{}; return r; }
@@ -53,6 +54,7 @@ public:
     bool IsNumeric() const noexcept;
     bool IsString() const noexcept { return Type() == VarType::String; }
     bool IsArray() const noexcept { return Type() == VarType::Array; }
+    bool IsBytes() const noexcept { return Type() == VarType::Bytes; }
 
     // Conversions raise EVariantError when the value cannot become the type asked for.
     bool ToBool() const;
@@ -64,6 +66,8 @@ public:
     // Null and Unassigned give an empty text; numbers and dates use FormatSettings.
     QString ToString() const;
     const Array &ToArray() const;
+    // Bytes as they are; a text as UTF-8.
+    QByteArray ToBytes() const;
     Variant AsType(VarType type) const;
 
     int ArrayHighBound() const { return IsArray() ? int(ToArray().size()) - 1 : -1; }
@@ -87,7 +91,7 @@ public:
 private:
     struct NullTag { bool operator==(const NullTag &) const = default; };
     struct DateTimeValue { TDateTime value; bool operator==(const DateTimeValue &) const = default; };
-    std::variant<std::monostate, NullTag, bool, qint64, double, Currency, QString, DateTimeValue, Array> v_;
+    std::variant<std::monostate, NullTag, bool, qint64, double, Currency, QString, DateTimeValue, Array, QByteArray> v_;
 
     [[noreturn]] void castError(VarType to) const;
 };

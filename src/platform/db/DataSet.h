@@ -1,0 +1,378 @@
+#pragma once
+
+#include "FieldTypes.h"
+#include "Fields.h"
+
+#include "platform/rtl/Events.h"
+#include "platform/rtl/Variant.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace qdb {
+
+class TDataSet;
+class TDataSource;
+class TDataLink;
+class FilterExpression;
+
+// Identifies a record for as long as the data set is open; empty means none.
+using TBookmark = QByteArray;
+
+// One record of the window a data set shares with its data links. Each field of the data
+// set's FieldList has a slot: Unassigned until written (or cached), so that a record being
+// edited keeps the typed values beside the stored ones.
+struct TRecordBuffer
+{
+    QList<Variant> values;
+    TBookmarkFlag flag = bfCurrent;
+    TBookmark bookmark;
+    qint64 row = -1; // the descendant's own reference to the record
+    void ClearValues();
+};
+
+// The fields of a data set or of a parent field, in order. It does not own them.
+class TFields
+{
+public:
+    int Count() const { return int(list_.size()); }
+    TField *operator[](int index) const { return list_.at(index); }
+    TField *Fields(int index) const { return list_.at(index); }
+    int IndexOf(const TField *field) const { return int(list_.indexOf(const_cast<TField *>(field))); }
+    // By name or full name, case-insensitive; nullptr when missing.
+    TField *FindField(const QString &name) const;
+    auto begin() const { return list_.begin(); }
+    auto end() const { return list_.end(); }
+
+private:
+    friend class TDataSet;
+    friend class TField;
+    QList<TField *> list_;
+};
+
+// The definition of a field a data set can create.
+struct TFieldDef
+{
+    QString Name;
+    TFieldType DataType = ftUnknown;
+    int Size = 0;
+    bool Required = false;
+    int Precision = 0;
+    QList<TFieldDef> ChildDefs; // for object and array fields
+};
+
+class TFieldDefs
+{
+public:
+    TFieldDef &Add(const QString &name, TFieldType type, int size = 0, bool required = false);
+    int Count() const { return int(defs_.size()); }
+    const TFieldDef &operator[](int i) const { return defs_.at(i); }
+    TFieldDef &operator[](int i) { return defs_[i]; }
+    int IndexOf(const QString &name) const;
+    void Clear() { defs_.clear(); }
+    auto begin() const { return defs_.begin(); }
+    auto end() const { return defs_.end(); }
+
+private:
+    QList<TFieldDef> defs_;
+};
+
+using TDataSetNotifyEvent = std::function<void(TDataSet *sender)>;
+using TFilterRecordEvent = TMethod<void(TDataSet *dataSet, bool &accept)>;
+
+// The data set: a cursor over records with a window of record buffers that its data links
+// look at. A descendant implements the record-buffer protocol (the Internal... operations,
+// GetRecord, FetchFieldData); the base turns it into navigation, editing and the data
+// events that reach every data link through the data sources.
+class TDataSet : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool Active READ Active WRITE SetActive STORED false)
+    Q_PROPERTY(QString Filter READ Filter WRITE SetFilter)
+    Q_PROPERTY(bool Filtered READ Filtered WRITE SetFiltered)
+    Q_PROPERTY(bool AutoCalcFields READ AutoCalcFields WRITE SetAutoCalcFields)
+
+public:
+    explicit TDataSet(QObject *parent = nullptr);
+    ~TDataSet() override;
+
+    // ---- opening ----
+    bool Active() const { return state_ != dsInactive; }
+    void SetActive(bool on);
+    void Open() { SetActive(true); }
+    void Close() { SetActive(false); }
+    TDataSetState State() const { return state_; }
+    bool Modified() const { return modified_; }
+    virtual bool IsUnidirectional() const { return false; }
+    bool CanModify() const { return GetCanModify(); }
+
+    // ---- fields ----
+    TFieldDefs &FieldDefs() { return fieldDefs_; }
+    const TFieldDefs &FieldDefs() const { return fieldDefs_; }
+    // Top-level fields; FieldList also holds the children of object and array fields.
+    const TFields &Fields() const { return fields_; }
+    const TFields &FieldList() const { return fieldList_; }
+    int FieldCount() const { return fields_.Count(); }
+    TField *FindField(const QString &name) const;
+    // Raises EDatabaseError "Field 'x' not found".
+    TField *FieldByName(const QString &name) const;
+    // The fields named in a ";" list, in that order; raises for a missing one.
+    QList<TField *> GetFieldList(const QString &names) const;
+    // True when the fields were made from FieldDefs on opening (none created by code).
+    bool DefaultFields() const { return defaultFields_; }
+    // Values of several fields (";" list): one value, or an array.
+    Variant FieldValues(const QString &names) const;
+    void SetFieldValues(const QString &names, const Variant &values);
+
+    // ---- navigation ----
+    void First();
+    void Last();
+    void Next() { MoveBy(1); }
+    void Prior() { MoveBy(-1); }
+    int MoveBy(int distance);
+    bool Bof() const { return bof_; }
+    bool Eof() const { return eof_; }
+    bool IsEmpty() const { return recordCount_ == 0; }
+    virtual int RecordCount() const { return -1; }
+    // 1-based position of the current record; -1 when unknown.
+    virtual int RecNo() const { return -1; }
+    virtual void SetRecNo(int) {}
+
+    // ---- bookmarks ----
+    TBookmark GetBookmark() const;
+    void GotoBookmark(const TBookmark &bookmark);
+    virtual bool BookmarkValid(const TBookmark &bookmark) const;
+    // -1, 0 or 1; an empty bookmark sorts first.
+    virtual int CompareBookmarks(const TBookmark &a, const TBookmark &b) const;
+    bool BookmarkAvailable() const;
+
+    // ---- controls ----
+    void DisableControls();
+    void EnableControls();
+    bool ControlsDisabled() const { return disableCount_ > 0; }
+
+    // ---- editing ----
+    void Edit();
+    void Insert();
+    void Append();
+    void Post();
+    void Cancel();
+    void Delete();
+    // Appends a record with the given values (one per field, Unassigned leaves a field empty).
+    void AppendRecord(const QList<Variant> &values);
+    void InsertRecord(const QList<Variant> &values);
+    // Posts or cancels a pending edit; raises when the data set is closed.
+    void CheckBrowseMode();
+    void UpdateRecord();
+    void UpdateCursorPos();
+    void CursorPosChanged() { currentRecord_ = -1; }
+    void Resync(TResyncMode mode);
+    void Refresh();
+    void ClearFields();
+
+    // ---- searching ----
+    // Key fields as a ";" list; several keys take an array of values.
+    virtual bool Locate(const QString &keyFields, const Variant &keyValues, TLocateOptions options);
+    virtual Variant Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields);
+
+    // ---- filtering ----
+    QString Filter() const { return filterText_; }
+    // Parses the text at once: a text that does not parse raises and changes nothing.
+    void SetFilter(const QString &text);
+    bool Filtered() const { return filtered_; }
+    virtual void SetFiltered(bool on);
+    TFilterOptions FilterOptions() const { return filterOptions_; }
+    void SetFilterOptions(TFilterOptions options);
+    const TFilterRecordEvent &OnFilterRecord() const { return onFilterRecord_; }
+    void SetOnFilterRecord(const TFilterRecordEvent &handler);
+
+    bool AutoCalcFields() const { return autoCalcFields_; }
+    void SetAutoCalcFields(bool on) { autoCalcFields_ = on; }
+
+    // ---- events ----
+    TDataSetNotifyEvent BeforeOpen, AfterOpen, BeforeClose, AfterClose;
+    TDataSetNotifyEvent BeforeInsert, AfterInsert, BeforeEdit, AfterEdit, BeforePost, AfterPost;
+    TDataSetNotifyEvent BeforeCancel, AfterCancel, BeforeDelete, AfterDelete;
+    TDataSetNotifyEvent BeforeScroll, AfterScroll, BeforeRefresh, AfterRefresh;
+    TDataSetNotifyEvent OnNewRecord, OnCalcFields;
+
+    // Sends a data event to the data sources (and so to every data link).
+    virtual void DataEvent(TDataEvent event, qintptr info);
+
+    // Field access used by TField.
+    virtual bool GetFieldData(TField *field, Variant &value);
+    virtual void SetFieldData(TField *field, const Variant &value);
+
+    // The window: how many buffers, which one is current.
+    int BufferCount() const { return bufferCount_; }
+    int ActiveRecord() const { return activeRecord_; }
+    int BufferRecordCount() const { return recordCount_; }
+
+protected:
+    // ---- the record-buffer protocol ----
+    virtual void InternalOpen() = 0;
+    virtual void InternalClose() = 0;
+    virtual bool IsCursorOpen() const = 0;
+    // Fills FieldDefs from the source of the data.
+    virtual void InternalInitFieldDefs() {}
+    virtual TGetResult GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doCheck) = 0;
+    virtual void InternalFirst() = 0;
+    virtual void InternalLast() = 0;
+    virtual void InternalSetToRecord(TRecordBuffer &buffer) { InternalGotoBookmark(buffer.bookmark); }
+    virtual void InternalGotoBookmark(const TBookmark &bookmark) = 0;
+    virtual void InternalInitRecord(TRecordBuffer &buffer) { buffer.ClearValues(); }
+    virtual void InternalEdit() {}
+    virtual void InternalInsert() {}
+    // The base checks required fields; descendants store the record and call it first.
+    virtual void InternalPost();
+    virtual void InternalCancel() {}
+    virtual void InternalDelete() = 0;
+    virtual void InternalRefresh() {}
+    // Reads a data field of a record that has no value in its slot.
+    virtual bool FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value) = 0;
+    // Keeps a written value; the base stores it in the buffer's slot.
+    virtual void StoreFieldData(TField *field, TRecordBuffer &buffer, const Variant &value);
+    virtual bool GetCanModify() const { return true; }
+    // Called when Filter, FilterOptions or OnFilterRecord change while filtered.
+    virtual void FilterChanged();
+    // The record matching of a locate; descendants may search faster.
+    virtual bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
+                              bool syncCursor);
+
+    // ---- helpers for descendants ----
+    // Makes the fields from FieldDefs when there are none, and binds them to buffer slots;
+    // InternalOpen may call it early, opening calls it otherwise.
+    void InitFieldsAndBind();
+    void CreateFields();
+    void DestroyFields();
+    void BindFields(bool binding);
+    TRecordBuffer &ActiveBuffer() { return *buffers_[activeRecord_]; }
+    // The spare buffer after the window.
+    TRecordBuffer &TempBuffer() { return *buffers_[recordCount_]; }
+    // The buffer fields read from in the current state (nullptr when none).
+    TRecordBuffer *CurrentRecBuf();
+    void SetState(TDataSetState state);
+    // Reads fields from another buffer in a passing state (calculating, filtering) for a
+    // scope, without announcing it.
+    class TempState
+    {
+    public:
+        TempState(TDataSet *ds, TDataSetState state, TRecordBuffer *buffer)
+            : ds_(ds), state_(ds->state_), buffer_(ds->tempStateBuffer_)
+        {
+            ds->state_ = state;
+            ds->tempStateBuffer_ = buffer;
+        }
+        ~TempState()
+        {
+            ds_->state_ = state_;
+            ds_->tempStateBuffer_ = buffer_;
+        }
+        TempState(const TempState &) = delete;
+        TempState &operator=(const TempState &) = delete;
+
+    private:
+        TDataSet *ds_;
+        TDataSetState state_;
+        TRecordBuffer *buffer_;
+    };
+    void SetModified(bool on) { modified_ = on; }
+    void CheckActive() const;
+    void CheckInactive() const;
+    void CheckCanModify() const;
+    // Computes calculated and lookup fields of a fetched record.
+    void GetCalcFields(TRecordBuffer &buffer);
+    bool HasCalcFields() const { return calcFieldCount_ > 0; }
+    // True when the filter and OnFilterRecord accept the record in the buffer; the
+    // descendant calls it while fetching when IsFiltering().
+    bool FilterAccepts(TRecordBuffer &buffer);
+    bool IsFiltering() const;
+    bool MatchesKeys(TRecordBuffer &buffer, const QList<TField *> &fields, const Variant &keyValues,
+                     TLocateOptions options);
+    static TBookmark BookmarkFromRow(qint64 row);
+    static qint64 RowFromBookmark(const TBookmark &bookmark);
+    QList<TDataSource *> DataSources() const { return dataSources_; }
+    int CurrentRecord() const { return currentRecord_; }
+
+    void DoBeforeScroll() { Fire(BeforeScroll, this); }
+    void DoAfterScroll() { Fire(AfterScroll, this); }
+
+private:
+    friend class TField;
+    friend class TObjectField;
+    friend class TDataSource;
+    friend class TDataLink;
+
+    void openCursor();
+    void closeCursor();
+    void setBufferCount(int count);
+    void updateBufferCount();
+    void clearBuffers();
+    void activateBuffers();
+    void moveBuffer(int from, int to);
+    void setCurrentRecord(int index);
+    bool getNextRecord();
+    bool getPriorRecord();
+    int getNextRecords();
+    int getPriorRecords();
+    void beginInsertAppend();
+    void endInsertAppend();
+    void calculateFields(TRecordBuffer &buffer);
+    void registerField(TField *field);
+    void unregisterField(TField *field);
+    void rebuildFieldList();
+    void compileFilter();
+    void addDataSource(TDataSource *source);
+    void removeDataSource(TDataSource *source);
+
+    TDataSetState state_ = dsInactive;
+    TDataSetState disableState_ = dsInactive;
+    TDataEvent enableEvent_ = deDataSetChange;
+    int disableCount_ = 0;
+    bool modified_ = false;
+    bool bof_ = true;
+    bool eof_ = true;
+    bool defaultFields_ = false;
+    bool autoCalcFields_ = true;
+    bool fieldsBound_ = false;
+
+    std::vector<std::unique_ptr<TRecordBuffer>> buffers_; // bufferCount_ + 1, the last one spare
+    int bufferCount_ = 0;
+    int recordCount_ = 0;   // records in the window
+    int activeRecord_ = 0;
+    int currentRecord_ = -1; // the buffer the cursor stands on
+    TRecordBuffer *tempStateBuffer_ = nullptr;
+    std::unique_ptr<TRecordBuffer> calcScratch_;
+
+    TFieldDefs fieldDefs_;
+    TFields fields_;
+    TFields fieldList_;
+    int calcFieldCount_ = 0;
+    QList<TDataSource *> dataSources_;
+
+    QString filterText_;
+    bool filtered_ = false;
+    TFilterOptions filterOptions_;
+    TFilterRecordEvent onFilterRecord_;
+    std::unique_ptr<FilterExpression> filterExpr_;
+};
+
+// Keeps DisableControls/EnableControls balanced for a scope.
+class ControlsDisabler
+{
+public:
+    explicit ControlsDisabler(TDataSet *ds) : ds_(ds) { if (ds_) ds_->DisableControls(); }
+    ~ControlsDisabler() { if (ds_) ds_->EnableControls(); }
+    ControlsDisabler(const ControlsDisabler &) = delete;
+    ControlsDisabler &operator=(const ControlsDisabler &) = delete;
+
+private:
+    TDataSet *ds_;
+};
+
+} // namespace qdb
