@@ -15,8 +15,13 @@ else()
   endif()
 endif()
 
-target_compile_definitions(qdb_options INTERFACE
-  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+target_compile_definitions(qdb_options INTERFACE QT_NO_KEYWORDS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+
+# The libraries say which encoding each literal has; tests may use plain literals.
+add_library(qdb_library_options INTERFACE)
+add_library(QDB::library_options ALIAS qdb_library_options)
+target_compile_definitions(qdb_library_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+target_link_libraries(qdb_library_options INTERFACE qdb_options)
 
 if(QDB_SANITIZE)
   set(_qdb_san -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)

@@ -102,7 +102,7 @@ public:
     ~TDataSet() override;
 
     // ---- opening ----
-    bool Active() const { return state_ != dsInactive; }
+    bool Active() const { return state_ != dsInactive && state_ != dsOpening; }
     void SetActive(bool on);
     void Open() { SetActive(true); }
     void Close() { SetActive(false); }

@@ -776,11 +776,15 @@ TObjectField::TObjectField(TFieldType type, QObject *parent) : TField(parent)
 TObjectField::~TObjectField()
 {
     const QList<TField *> children = children_;
+    children_.clear();
     for (TField *child : children) {
         child->parentField_ = nullptr;
+        child->dataSet_ = nullptr;
         if (child->parent() == this || child->parent() == parent())
             delete child;
     }
+    if (DataSet())
+        DataSet()->rebuildFieldList();
 }
 
 void TObjectField::AddField(TField *child)

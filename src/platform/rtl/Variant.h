@@ -70,6 +70,9 @@ public:
     QByteArray ToBytes() const;
     Variant AsType(VarType type) const;
 
+    // The text without a copy, nullptr when the value is no text (for tight loops).
+    const QString *StringPtr() const noexcept { return std::get_if<QString>(&v_); }
+
     int ArrayHighBound() const { return IsArray() ? int(ToArray().size()) - 1 : -1; }
 
     friend Variant operator+(const Variant &a, const Variant &b);
