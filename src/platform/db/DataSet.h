@@ -294,6 +294,8 @@ protected:
     bool IsFiltering() const;
     bool MatchesKeys(TRecordBuffer &buffer, const QList<TField *> &fields, const Variant &keyValues,
                      TLocateOptions options);
+    // The buffer slot of a field (its place in FieldList), -1 while unbound.
+    static int FieldSlot(const TField *field) { return field->slot_; }
     static TBookmark BookmarkFromRow(qint64 row);
     static qint64 RowFromBookmark(const TBookmark &bookmark);
     QList<TDataSource *> DataSources() const { return dataSources_; }
