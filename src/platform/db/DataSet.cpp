@@ -8,6 +8,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
+
 namespace qdb {
 
 void DatabaseError(const QString &message, const QObject *component)
@@ -22,7 +24,8 @@ void DatabaseError(const QString &message, const QObject *component)
 void TRecordBuffer::ClearValues()
 {
     for (Variant &v : values)
-        v = Variant();
+        if (!v.IsUnassigned())
+            v = Variant();
 }
 
 TField *TFields::FindField(const QString &name) const
@@ -344,11 +347,11 @@ void TDataSet::activateBuffers()
 
 void TDataSet::moveBuffer(int from, int to)
 {
-    if (from == to)
-        return;
-    auto buffer = std::move(buffers_[from]);
-    buffers_.erase(buffers_.begin() + from);
-    buffers_.insert(buffers_.begin() + to, std::move(buffer));
+    auto b = buffers_.begin();
+    if (from < to)
+        std::rotate(b + from, b + from + 1, b + to + 1);
+    else if (from > to)
+        std::rotate(b + to, b + from, b + from + 1);
 }
 
 void TDataSet::setCurrentRecord(int index)
@@ -578,7 +581,7 @@ bool TDataSet::BookmarkAvailable() const
 
 TBookmark TDataSet::GetBookmark() const
 {
-    return BookmarkAvailable() ? buffers_[activeRecord_]->bookmark : TBookmark();
+    return BookmarkAvailable() ? GetBookmarkData(*buffers_[activeRecord_]) : TBookmark();
 }
 
 void TDataSet::GotoBookmark(const TBookmark &bookmark)
@@ -630,6 +633,8 @@ void TDataSet::EnableControls()
 
 void TDataSet::DataEvent(TDataEvent event, qintptr info)
 {
+    if (dataSources_.isEmpty() && event != deFieldChange && event != deUpdateState && event != deLayoutChange)
+        return; // nobody listens: the common case of a walk in code
     if (event == deFieldChange) {
         auto *field = reinterpret_cast<TField *>(info);
         if (field->FieldKind() == fkData || field->FieldKind() == fkInternalCalc) {
@@ -708,41 +713,41 @@ void TDataSet::CheckCanModify() const
 
 // ---- field data ----
 
+const Variant &TDataSet::FieldValueRef(TField *field, Variant &scratch)
+{
+    static const Variant null = Variant::Null();
+    TRecordBuffer *buffer = state_ == dsBrowse ? (recordCount_ > 0 ? buffers_[size_t(activeRecord_)].get() : nullptr)
+                                               : CurrentRecBuf();
+    const int slot = field->slot_;
+    if (!buffer || slot < 0 || slot >= buffer->values.size())
+        return null;
+    if (field->IsObjectField() && !static_cast<TObjectField *>(field)->Fields().isEmpty()) {
+        Variant::Array values;
+        for (TField *child : static_cast<TObjectField *>(field)->Fields())
+            values.append(FieldValueRef(child, scratch));
+        scratch = values;
+        return scratch;
+    }
+    const Variant &stored = buffer->values[slot];
+    if (field->IsCalculated())
+        return stored.IsUnassigned() ? null : stored;
+    if (!stored.IsUnassigned() && state_ != dsOldValue)
+        return stored;
+    if (buffer->flag == bfInserted && state_ != dsOldValue && buffer->row < 0)
+        return null; // a new record has only what was written into it
+    if (const Variant *peeked = PeekFieldData(field, *buffer))
+        return *peeked;
+    if (!FetchFieldData(field, *buffer, scratch) || scratch.IsUnassigned())
+        return null;
+    return scratch;
+}
+
 bool TDataSet::GetFieldData(TField *field, Variant &value)
 {
-    TRecordBuffer *buffer = CurrentRecBuf();
-    if (!buffer || field->slot_ < 0 || field->slot_ >= buffer->values.size()) {
-        value = Variant::Null();
-        return false;
-    }
-    if (auto *object = qobject_cast<TObjectField *>(field); object && !object->Fields().isEmpty()) {
-        Variant::Array values;
-        for (TField *child : object->Fields()) {
-            Variant v;
-            GetFieldData(child, v);
-            values.append(v);
-        }
-        value = values;
-        return true;
-    }
-    const Variant &slot = buffer->values[field->slot_];
-    if (field->IsCalculated()) {
-        value = slot.IsUnassigned() ? Variant::Null() : slot;
-        return !value.IsNull();
-    }
-    if (!slot.IsUnassigned() && state_ != dsOldValue) {
-        value = slot;
-        return !value.IsNull();
-    }
-    if (buffer->flag == bfInserted && state_ != dsOldValue && buffer->row < 0) {
-        value = Variant::Null(); // a new record has only what was written into it
-        return false;
-    }
-    value = Variant::Null();
-    const bool has = FetchFieldData(field, *buffer, value);
-    if (!has)
-        value = Variant::Null();
-    return has;
+    const Variant &v = FieldValueRef(field, value);
+    if (&v != &value)
+        value = v;
+    return !value.IsClear();
 }
 
 void TDataSet::StoreFieldData(TField *field, TRecordBuffer &buffer, const Variant &value)
@@ -875,7 +880,7 @@ void TDataSet::endInsertAppend()
 void TDataSet::Insert()
 {
     beginInsertAppend();
-    const TBookmark current = recordCount_ > 0 ? ActiveBuffer().bookmark : TBookmark();
+    const TBookmark current = recordCount_ > 0 ? GetBookmarkData(ActiveBuffer()) : TBookmark();
     const bool wasEmpty = recordCount_ == 0;
     if (!wasEmpty)
         UpdateCursorPos(); // the cursor stands on the record the new one goes before

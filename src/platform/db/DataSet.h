@@ -204,8 +204,10 @@ public:
     // Sends a data event to the data sources (and so to every data link).
     virtual void DataEvent(TDataEvent event, qintptr info);
 
-    // Field access used by TField.
-    virtual bool GetFieldData(TField *field, Variant &value);
+    // Field access used by TField. FieldValueRef hands out the stored value without a copy
+    // where the data set can, else fills and returns the scratch value.
+    bool GetFieldData(TField *field, Variant &value);
+    const Variant &FieldValueRef(TField *field, Variant &scratch);
     virtual void SetFieldData(TField *field, const Variant &value);
 
     // The window: how many buffers, which one is current.
@@ -223,7 +225,10 @@ protected:
     virtual TGetResult GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doCheck) = 0;
     virtual void InternalFirst() = 0;
     virtual void InternalLast() = 0;
-    virtual void InternalSetToRecord(TRecordBuffer &buffer) { InternalGotoBookmark(buffer.bookmark); }
+    virtual void InternalSetToRecord(TRecordBuffer &buffer) { InternalGotoBookmark(GetBookmarkData(buffer)); }
+    // The bookmark of the record in a buffer; descendants that derive it from the record
+    // reference need not store one in every buffer they fill.
+    virtual TBookmark GetBookmarkData(const TRecordBuffer &buffer) const { return buffer.bookmark; }
     virtual void InternalGotoBookmark(const TBookmark &bookmark) = 0;
     virtual void InternalInitRecord(TRecordBuffer &buffer) { buffer.ClearValues(); }
     virtual void InternalEdit() {}
@@ -235,6 +240,14 @@ protected:
     virtual void InternalRefresh() {}
     // Reads a data field of a record that has no value in its slot.
     virtual bool FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value) = 0;
+    // The stored value of a data field of a record, when the descendant keeps one that
+    // outlives the read; nullptr makes the base call FetchFieldData.
+    virtual const Variant *PeekFieldData(TField *field, const TRecordBuffer &buffer) const
+    {
+        Q_UNUSED(field);
+        Q_UNUSED(buffer);
+        return nullptr;
+    }
     // Keeps a written value; the base stores it in the buffer's slot.
     virtual void StoreFieldData(TField *field, TRecordBuffer &buffer, const Variant &value);
     virtual bool GetCanModify() const { return true; }

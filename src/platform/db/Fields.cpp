@@ -238,15 +238,23 @@ Variant TField::Convert(const Variant &value) const
     }
 }
 
-Variant TField::Value() const
+const Variant &TField::ValueRef(Variant &scratch) const
 {
     if (validating_)
         return *validating_;
-    if (!dataSet_)
-        return Variant::Null();
-    Variant v;
-    dataSet_->GetFieldData(const_cast<TField *>(this), v);
-    return v;
+    TDataSet *ds = dataSet_.data();
+    if (!ds) {
+        scratch = Variant::Null();
+        return scratch;
+    }
+    return ds->FieldValueRef(const_cast<TField *>(this), scratch);
+}
+
+Variant TField::Value() const
+{
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
+    return &v == &scratch ? scratch : v;
 }
 
 void TField::SetValue(const Variant &value)
@@ -269,7 +277,8 @@ void TField::SetValue(const Variant &value)
 
 QString TField::AsString() const
 {
-    const Variant v = Value();
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
     return v.IsClear() ? QString() : v.ToString();
 }
 
@@ -292,7 +301,8 @@ int TField::AsInteger() const
 
 qint64 TField::AsLargeInt() const
 {
-    const Variant v = Value();
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
     if (v.IsClear())
         return 0;
     try {
@@ -309,7 +319,8 @@ void TField::SetAsLargeInt(qint64 v)
 
 double TField::AsFloat() const
 {
-    const Variant v = Value();
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
     if (v.IsClear())
         return 0;
     try {
@@ -326,7 +337,8 @@ void TField::SetAsFloat(double v)
 
 Currency TField::AsCurrency() const
 {
-    const Variant v = Value();
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
     if (v.IsClear())
         return Currency();
     try {
@@ -343,7 +355,8 @@ void TField::SetAsCurrency(Currency v)
 
 TDateTime TField::AsDateTime() const
 {
-    const Variant v = Value();
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
     if (v.IsClear())
         return 0;
     try {
@@ -360,7 +373,8 @@ void TField::SetAsDateTime(TDateTime v)
 
 bool TField::AsBoolean() const
 {
-    const Variant v = Value();
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
     if (v.IsClear())
         return false;
     try {
@@ -771,6 +785,7 @@ TVariantField::TVariantField(QObject *parent) : TField(parent)
 TObjectField::TObjectField(TFieldType type, QObject *parent) : TField(parent)
 {
     SetDataType(type);
+    isObjectField_ = true;
 }
 
 TObjectField::~TObjectField()

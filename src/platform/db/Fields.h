@@ -102,6 +102,8 @@ public:
 
     // Values of the current record.
     Variant Value() const;
+    // The value without a copy where the data set keeps one; else it fills scratch.
+    const Variant &ValueRef(Variant &scratch) const;
     void SetValue(const Variant &value);
     Variant AsVariant() const { return Value(); }
     void SetAsVariant(const Variant &value) { SetValue(value); }
@@ -132,6 +134,8 @@ public:
 
     bool CanModify() const;
     bool IsBlob() const;
+    // An object, array, reference or data set field, which has child fields.
+    bool IsObjectField() const { return isObjectField_; }
     // Asks the data controls to focus this field's editor.
     void FocusControl();
 
@@ -184,6 +188,7 @@ private:
     QString lookupKeyFields_;
     QString lookupResultField_;
     const Variant *validating_ = nullptr;
+    bool isObjectField_ = false;
 };
 
 // ---- text ----

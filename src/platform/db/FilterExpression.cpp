@@ -218,6 +218,12 @@ private:
             }
             auto node = binary(FilterNode::Compare, std::move(left), operand());
             node->op = op;
+            node->compareOp = op == QLatin1String("=")    ? FilterNode::Eq
+                            : op == QLatin1String("<>") ? FilterNode::Ne
+                            : op == QLatin1String("<")  ? FilterNode::Lt
+                            : op == QLatin1String("<=") ? FilterNode::Le
+                            : op == QLatin1String(">")  ? FilterNode::Gt
+                                                        : FilterNode::Ge;
             return node;
         }
         bool negated = false;
@@ -272,6 +278,7 @@ private:
             literal->value = true;
             auto node = binary(FilterNode::Compare, std::move(left), std::move(literal));
             node->op = QStringLiteral("=");
+            node->compareOp = FilterNode::Eq;
             return node;
         }
         fail(QStringLiteral("expected a comparison, LIKE, IN or IS"));
@@ -382,6 +389,8 @@ void convertLiteral(FilterNode &literal, const TField *field, const QString &tex
             if (ok && type == VarType::Integer && std::trunc(converted.ToDouble()) == converted.ToDouble())
                 converted = converted.ToInt64();
         }
+    } else if (type == VarType::Double && v.IsNumeric()) {
+        converted = v.ToDouble(); // the same kind compares fastest
     } else {
         converted = v; // numbers compare with numbers of any kind
     }
@@ -475,28 +484,25 @@ private:
         if (a.IsString() && b.IsString()) {
             const QString x = a.ToString(), y = b.ToString();
             // 'ab*' compares the leading part unless partial compare is off
-            if (partial_ && n.op == QLatin1String("=") && n.children[1]->kind == FilterNode::Literal
+            if (partial_ && n.compareOp == FilterNode::Eq && n.children[1]->kind == FilterNode::Literal
                 && y.endsWith(QLatin1Char('*')))
                 return tri(x.startsWith(y.left(y.size() - 1), cs_));
             c = x.compare(y, cs_);
         } else {
             const VariantRelationship r = VarCompareValue(a, b);
             if (r == VariantRelationship::vrNotEqual)
-                return n.op == QLatin1String("<>") ? Tri::True : Tri::False;
+                return n.compareOp == FilterNode::Ne ? Tri::True : Tri::False;
             c = r == VariantRelationship::vrLessThan ? -1 : (r == VariantRelationship::vrGreaterThan ? 1 : 0);
         }
-        const QString &op = n.op;
-        if (op == QLatin1String("="))
-            return tri(c == 0);
-        if (op == QLatin1String("<>"))
-            return tri(c != 0);
-        if (op == QLatin1String("<"))
-            return tri(c < 0);
-        if (op == QLatin1String("<="))
-            return tri(c <= 0);
-        if (op == QLatin1String(">"))
-            return tri(c > 0);
-        return tri(c >= 0);
+        switch (n.compareOp) {
+        case FilterNode::Eq: return tri(c == 0);
+        case FilterNode::Ne: return tri(c != 0);
+        case FilterNode::Lt: return tri(c < 0);
+        case FilterNode::Le: return tri(c <= 0);
+        case FilterNode::Gt: return tri(c > 0);
+        case FilterNode::Ge: return tri(c >= 0);
+        }
+        return Tri::False;
     }
 
     Qt::CaseSensitivity cs_;

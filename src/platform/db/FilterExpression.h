@@ -19,7 +19,9 @@ struct FilterNode
 {
     enum Kind { Or, And, Not, Compare, Like, In, IsNull, Field, Literal };
     Kind kind = Literal;
+    enum CompareOp { Eq, Ne, Lt, Le, Gt, Ge };
     QString op;            // Compare: "=", "<>", "<", "<=", ">", ">="
+    CompareOp compareOp = Eq;
     bool negated = false;  // NOT LIKE, NOT IN, IS NOT NULL
     QString name;          // Field: the name as written, brackets removed
     Variant value;         // Literal: a string, number or boolean

@@ -349,9 +349,7 @@ TGetResult TMemTable::GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doChe
         return grEOF;
     }
     cursor_ = pos;
-    const qint64 row = view_[size_t(pos)];
-    buffer.row = row;
-    buffer.bookmark = BookmarkFromRow(row);
+    buffer.row = view_[size_t(pos)];
     buffer.flag = bfCurrent;
     buffer.ClearValues();
     GetCalcFields(buffer);
@@ -369,11 +367,32 @@ void TMemTable::InternalLast()
     cursor_ = int(view_.size());
 }
 
+TBookmark TMemTable::GetBookmarkData(const TRecordBuffer &buffer) const
+{
+    // A new record keeps the bookmark of the record it goes before.
+    return buffer.flag == bfCurrent ? BookmarkFromRow(buffer.row) : buffer.bookmark;
+}
+
+void TMemTable::InternalSetToRecord(TRecordBuffer &buffer)
+{
+    const qint64 row = buffer.flag == bfCurrent ? buffer.row : RowFromBookmark(buffer.bookmark);
+    const int pos = positionOf(row);
+    cursor_ = pos >= 0 ? pos : -2;
+}
+
 void TMemTable::InternalGotoBookmark(const TBookmark &bookmark)
 {
     const int pos = positionOf(RowFromBookmark(bookmark));
     // A record no longer in view leaves the cursor nowhere; the resync reports it.
     cursor_ = pos >= 0 ? pos : -2;
+}
+
+const Variant *TMemTable::PeekFieldData(TField *field, const TRecordBuffer &buffer) const
+{
+    const int column = columnOf(field);
+    if (column < 0 || column >= int(columns_.size()) || !isLive(buffer.row))
+        return nullptr;
+    return &columns_[size_t(column)][size_t(buffer.row)];
 }
 
 bool TMemTable::FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value)
@@ -579,7 +598,6 @@ bool TMemTable::LocateRecord(const QList<TField *> &fields, const Variant &keyVa
         cursor_ = int(pos);
         TRecordBuffer &buffer = TempBuffer();
         buffer.row = row;
-        buffer.bookmark = BookmarkFromRow(row);
         buffer.flag = bfCurrent;
         buffer.ClearValues();
         GetCalcFields(buffer);

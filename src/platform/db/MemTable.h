@@ -99,10 +99,13 @@ protected:
     void InternalFirst() override;
     void InternalLast() override;
     void InternalGotoBookmark(const TBookmark &bookmark) override;
+    void InternalSetToRecord(TRecordBuffer &buffer) override;
+    TBookmark GetBookmarkData(const TRecordBuffer &buffer) const override;
     void InternalPost() override;
     void InternalDelete() override;
     void InternalRefresh() override;
     bool FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value) override;
+    const Variant *PeekFieldData(TField *field, const TRecordBuffer &buffer) const override;
     bool GetCanModify() const override { return !readOnly_; }
     void FilterChanged() override;
     bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,

@@ -164,7 +164,7 @@ bool Variant::ToBool() const
     castError(VarType::Boolean);
 }
 
-qint64 Variant::ToInt64() const
+qint64 Variant::toInt64Slow() const
 {
     auto fromDouble = [this](double d) {
         const double r = std::round(d); // banker's rounding is not worth the surprise here
@@ -205,7 +205,7 @@ int Variant::ToInt() const
     return int(v);
 }
 
-double Variant::ToDouble() const
+double Variant::toDoubleSlow() const
 {
     switch (Type()) {
     case VarType::Unassigned: return 0;
@@ -260,7 +260,7 @@ TDateTime Variant::ToDateTime() const
     castError(VarType::DateTime);
 }
 
-QString Variant::ToString() const
+QString Variant::toStringSlow() const
 {
     switch (Type()) {
     case VarType::Unassigned:

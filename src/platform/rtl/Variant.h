@@ -58,13 +58,28 @@ public:
 
     // Conversions raise EVariantError when the value cannot become the type asked for.
     bool ToBool() const;
-    qint64 ToInt64() const;
+    qint64 ToInt64() const
+    {
+        if (const qint64 *i = std::get_if<qint64>(&v_))
+            return *i;
+        return toInt64Slow();
+    }
     int ToInt() const;
-    double ToDouble() const;
+    double ToDouble() const
+    {
+        if (const double *d = std::get_if<double>(&v_))
+            return *d;
+        return toDoubleSlow();
+    }
     Currency ToCurrency() const;
     TDateTime ToDateTime() const;
     // Null and Unassigned give an empty text; numbers and dates use FormatSettings.
-    QString ToString() const;
+    QString ToString() const
+    {
+        if (const QString *text = std::get_if<QString>(&v_))
+            return *text;
+        return toStringSlow();
+    }
     const Array &ToArray() const;
     // Bytes as they are; a text as UTF-8.
     QByteArray ToBytes() const;
@@ -97,6 +112,9 @@ private:
     std::variant<std::monostate, NullTag, bool, qint64, double, Currency, QString, DateTimeValue, Array, QByteArray> v_;
 
     [[noreturn]] void castError(VarType to) const;
+    qint64 toInt64Slow() const;
+    double toDoubleSlow() const;
+    QString toStringSlow() const;
 };
 
 VariantRelationship VarCompareValue(const Variant &a, const Variant &b);
