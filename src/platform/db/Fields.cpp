@@ -291,6 +291,20 @@ void TField::SetAsString(const QString &text)
     SetValue(text);
 }
 
+template<typename T, typename F>
+T TField::readAs(const char *typeName, F convert) const
+{
+    Variant scratch;
+    const Variant &v = ValueRef(scratch);
+    if (v.IsClear())
+        return T();
+    try {
+        return convert(v);
+    } catch (const Exception &) {
+        AccessError(QString::fromLatin1(typeName));
+    }
+}
+
 int TField::AsInteger() const
 {
     const qint64 v = AsLargeInt();
@@ -301,15 +315,7 @@ int TField::AsInteger() const
 
 qint64 TField::AsLargeInt() const
 {
-    Variant scratch;
-    const Variant &v = ValueRef(scratch);
-    if (v.IsClear())
-        return 0;
-    try {
-        return v.ToInt64();
-    } catch (const Exception &) {
-        AccessError(QStringLiteral("Integer"));
-    }
+    return readAs<qint64>("Integer", [](const Variant &v) { return v.ToInt64(); });
 }
 
 void TField::SetAsLargeInt(qint64 v)
@@ -319,15 +325,7 @@ void TField::SetAsLargeInt(qint64 v)
 
 double TField::AsFloat() const
 {
-    Variant scratch;
-    const Variant &v = ValueRef(scratch);
-    if (v.IsClear())
-        return 0;
-    try {
-        return v.ToDouble();
-    } catch (const Exception &) {
-        AccessError(QStringLiteral("Float"));
-    }
+    return readAs<double>("Float", [](const Variant &v) { return v.ToDouble(); });
 }
 
 void TField::SetAsFloat(double v)
@@ -337,15 +335,7 @@ void TField::SetAsFloat(double v)
 
 Currency TField::AsCurrency() const
 {
-    Variant scratch;
-    const Variant &v = ValueRef(scratch);
-    if (v.IsClear())
-        return Currency();
-    try {
-        return v.ToCurrency();
-    } catch (const Exception &) {
-        AccessError(QStringLiteral("Currency"));
-    }
+    return readAs<Currency>("Currency", [](const Variant &v) { return v.ToCurrency(); });
 }
 
 void TField::SetAsCurrency(Currency v)
@@ -355,15 +345,7 @@ void TField::SetAsCurrency(Currency v)
 
 TDateTime TField::AsDateTime() const
 {
-    Variant scratch;
-    const Variant &v = ValueRef(scratch);
-    if (v.IsClear())
-        return 0;
-    try {
-        return v.ToDateTime();
-    } catch (const Exception &) {
-        AccessError(QStringLiteral("DateTime"));
-    }
+    return readAs<TDateTime>("DateTime", [](const Variant &v) { return v.ToDateTime(); });
 }
 
 void TField::SetAsDateTime(TDateTime v)
@@ -373,15 +355,7 @@ void TField::SetAsDateTime(TDateTime v)
 
 bool TField::AsBoolean() const
 {
-    Variant scratch;
-    const Variant &v = ValueRef(scratch);
-    if (v.IsClear())
-        return false;
-    try {
-        return v.ToBool();
-    } catch (const Exception &) {
-        AccessError(QStringLiteral("Boolean"));
-    }
+    return readAs<bool>("Boolean", [](const Variant &v) { return v.ToBool(); });
 }
 
 void TField::SetAsBoolean(bool v)

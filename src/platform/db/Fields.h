@@ -160,6 +160,9 @@ protected:
     virtual int DefaultWidth() const { return 10; }
     virtual QString GetText(bool displayText) const;
     [[noreturn]] void AccessError(const QString &typeName) const;
+    // Reads the value as T through a conversion; a failed conversion is an access error.
+    template<typename T, typename F>
+    T readAs(const char *typeName, F convert) const;
     [[noreturn]] void RangeError(double value, double min, double max) const;
     void CheckInactive() const;
 
