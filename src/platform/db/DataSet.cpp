@@ -713,9 +713,13 @@ void TDataSet::CheckCanModify() const
 
 // ---- field data ----
 
+namespace {
+const Variant nullValue = Variant::Null();
+}
+
 const Variant &TDataSet::FieldValueRef(TField *field, Variant &scratch)
 {
-    static const Variant null = Variant::Null();
+    const Variant &null = nullValue;
     TRecordBuffer *buffer = state_ == dsBrowse ? (recordCount_ > 0 ? buffers_[size_t(activeRecord_)].get() : nullptr)
                                                : CurrentRecBuf();
     const int slot = field->slot_;

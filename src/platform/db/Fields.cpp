@@ -109,7 +109,7 @@ void TField::SetParentField(TObjectField *parent)
 void TField::CheckInactive() const
 {
     if (dataSet_ && dataSet_->Active())
-        DatabaseError(DBConsts::SDataSetOpen(), dataSet_.data());
+        DatabaseError(DBConsts::SDataSetOpen(), dataSet_);
 }
 
 void TField::SetFieldKind(TFieldKind kind)
@@ -234,7 +234,7 @@ Variant TField::Convert(const Variant &value) const
     } catch (const Exception &) {
         DatabaseError(DBConsts::SFieldTypeMismatch().arg(DisplayName(), Variant::TypeName(target),
                                                             Variant::TypeName(value.Type())),
-                      dataSet_.data());
+                      dataSet_);
     }
 }
 
@@ -242,7 +242,7 @@ const Variant &TField::ValueRef(Variant &scratch) const
 {
     if (validating_)
         return *validating_;
-    TDataSet *ds = dataSet_.data();
+    TDataSet *ds = dataSet_;
     if (!ds) {
         scratch = Variant::Null();
         return scratch;
@@ -437,13 +437,13 @@ void TField::Change()
 
 void TField::AccessError(const QString &typeName) const
 {
-    DatabaseError(DBConsts::SFieldAccessError().arg(DisplayName(), typeName), dataSet_.data());
+    DatabaseError(DBConsts::SFieldAccessError().arg(DisplayName(), typeName), dataSet_);
 }
 
 void TField::RangeError(double value, double min, double max) const
 {
     DatabaseError(DBConsts::SFieldRangeError().arg(FloatToStr(value), DisplayName(), FloatToStr(min), FloatToStr(max)),
-                  dataSet_.data());
+                  dataSet_);
 }
 
 // ---- text ----

@@ -170,7 +170,7 @@ private:
     friend class TDataSet;
     friend class TObjectField;
     friend TField *CreateFieldOfType(TFieldType type, QObject *parent);
-    QPointer<TDataSet> dataSet_;
+    TDataSet *dataSet_ = nullptr; // cleared by the data set when it goes
     TObjectField *parentField_ = nullptr;
     TFieldType dataType_ = ftUnknown;
     TFieldKind fieldKind_ = fkData;
