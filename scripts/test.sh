@@ -9,6 +9,18 @@ scripts/install-deps.sh
 export QT_QPA_PLATFORM=offscreen
 jobs=$(nproc)
 
+# A PostgreSQL server on loopback for the SQL tests, stopped whatever happens; without
+# the server binaries the PostgreSQL cases are skipped.
+if [ -x /usr/lib/postgresql/15/bin/initdb ] && [ -z "${QDB_PG_URL:-}" ]; then
+  pgdir=$(mktemp -d /tmp/qdb-pg.XXXXXX)
+  chmod 755 "$pgdir"
+  trap 'scripts/pg-server.sh stop "$pgdir/pg"; rm -rf "$pgdir"' EXIT
+  port=$(( 20000 + RANDOM % 20000 ))
+  QDB_PG_URL=$(scripts/pg-server.sh start "$pgdir/pg" "$port")
+  export QDB_PG_URL
+  echo "PostgreSQL for the tests: $QDB_PG_URL"
+fi
+
 suite() {
   local name=$1; shift
   echo "== $name build =="

@@ -305,6 +305,8 @@ protected:
     // descendant calls it while fetching when IsFiltering().
     bool FilterAccepts(TRecordBuffer &buffer);
     bool IsFiltering() const;
+    // The parsed Filter text, bound to the fields (nullptr without one or while closed).
+    const FilterExpression *FilterExpr() const { return filterExpr_.get(); }
     bool MatchesKeys(TRecordBuffer &buffer, const QList<TField *> &fields, const Variant &keyValues,
                      TLocateOptions options);
     // The buffer slot of a field (its place in FieldList), -1 while unbound.

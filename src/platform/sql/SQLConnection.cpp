@@ -1,0 +1,261 @@
+#include "SQLConnection.h"
+
+#include "platform/db/DBConsts.h"
+#include "platform/rtl/Exceptions.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QUrl>
+
+#include <atomic>
+
+namespace qdb {
+
+namespace {
+
+std::atomic<int> connectionCounter{0};
+
+} // namespace
+
+void SQLError(const QString &what, const QSqlError &error)
+{
+    QString server = error.databaseText().trimmed();
+    if (server.isEmpty())
+        server = error.driverText().trimmed();
+    throw EDatabaseError(server.isEmpty() ? what : what + QStringLiteral(": ") + server);
+}
+
+TSQLConnection::TSQLConnection(QObject *parent)
+    : QObject(parent), connectionName_(QStringLiteral("qdb-%1").arg(++connectionCounter))
+{
+}
+
+TSQLConnection::~TSQLConnection()
+{
+    {
+        QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
+        if (db.isOpen())
+            db.close();
+    }
+    if (QSqlDatabase::contains(connectionName_))
+        QSqlDatabase::removeDatabase(connectionName_);
+}
+
+void TSQLConnection::checkDisconnected() const
+{
+    if (Connected())
+        throw EDatabaseError(tr("Cannot change the connection while it is open"));
+}
+
+void TSQLConnection::SetDriverName(const QString &name) { checkDisconnected(); driverName_ = name; }
+void TSQLConnection::SetDatabaseName(const QString &name) { checkDisconnected(); databaseName_ = name; }
+void TSQLConnection::SetHostName(const QString &name) { checkDisconnected(); hostName_ = name; }
+void TSQLConnection::SetPort(int port) { checkDisconnected(); port_ = port; }
+void TSQLConnection::SetUserName(const QString &name) { checkDisconnected(); userName_ = name; }
+void TSQLConnection::SetPassword(const QString &password) { checkDisconnected(); password_ = password; }
+
+QString TSQLConnection::ConnectionString() const
+{
+    if (driverName_ == QLatin1String("QPSQL")) {
+        QUrl url;
+        url.setScheme(QStringLiteral("postgresql"));
+        url.setHost(hostName_.isEmpty() ? QStringLiteral("localhost") : hostName_);
+        if (port_ > 0)
+            url.setPort(port_);
+        url.setUserName(userName_);
+        url.setPath(QLatin1Char('/') + databaseName_);
+        return url.toString();
+    }
+    return QStringLiteral("sqlite:") + databaseName_;
+}
+
+void TSQLConnection::SetConnectionString(const QString &text)
+{
+    checkDisconnected();
+    const QString t = text.trimmed();
+    if (t.startsWith(QLatin1String("postgresql://")) || t.startsWith(QLatin1String("postgres://"))) {
+        const QUrl url(t);
+        if (!url.isValid() || url.path().size() < 2)
+            throw EDatabaseError(tr("'%1' is not a valid PostgreSQL address (postgresql://user@host:port/database)").arg(t));
+        driverName_ = QStringLiteral("QPSQL");
+        hostName_ = url.host();
+        port_ = url.port(5432);
+        userName_ = url.userName();
+        password_ = url.password();
+        databaseName_ = url.path().mid(1);
+        return;
+    }
+    QString path = t;
+    if (path.startsWith(QLatin1String("sqlite://")))
+        path = path.mid(9);
+    else if (path.startsWith(QLatin1String("sqlite:")))
+        path = path.mid(7);
+    if (path.isEmpty())
+        throw EDatabaseError(tr("The connection string names no database"));
+    driverName_ = QStringLiteral("QSQLITE");
+    databaseName_ = path;
+    hostName_.clear();
+    port_ = -1;
+}
+
+TSQLDialect TSQLConnection::Dialect() const
+{
+    if (driverName_ == QLatin1String("QSQLITE"))
+        return TSQLDialect::SQLite;
+    if (driverName_ == QLatin1String("QPSQL"))
+        return TSQLDialect::PostgreSQL;
+    return TSQLDialect::Other;
+}
+
+bool TSQLConnection::Connected() const
+{
+    return QSqlDatabase::contains(connectionName_) && QSqlDatabase::database(connectionName_, false).isOpen();
+}
+
+void TSQLConnection::SetConnected(bool on)
+{
+    if (on == Connected())
+        return;
+    if (!on) {
+        {
+            QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(connectionName_);
+        inTransaction_ = false;
+        Fire(AfterDisconnect, this);
+        return;
+    }
+    if (!QSqlDatabase::isDriverAvailable(driverName_))
+        throw EDatabaseError(tr("The database driver %1 is not installed").arg(driverName_));
+    if (Dialect() == TSQLDialect::SQLite && !createDatabase_ && databaseName_ != QLatin1String(":memory:")
+        && !QFileInfo::exists(databaseName_))
+        throw EDatabaseError(tr("The database file %1 does not exist").arg(databaseName_));
+    bool opened = false;
+    QSqlError error;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(driverName_, connectionName_);
+        db.setDatabaseName(databaseName_);
+        db.setHostName(hostName_);
+        if (port_ > 0)
+            db.setPort(port_);
+        db.setUserName(userName_);
+        db.setPassword(password_);
+        if (Dialect() == TSQLDialect::PostgreSQL)
+            db.setConnectOptions(QStringLiteral("connect_timeout=10"));
+        opened = db.open();
+        error = db.lastError();
+        if (opened && Dialect() == TSQLDialect::SQLite)
+            QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+        if (opened && Dialect() == TSQLDialect::PostgreSQL) // notices are not for the user's console
+            QSqlQuery(db).exec(QStringLiteral("SET client_min_messages TO WARNING"));
+    }
+    if (!opened) {
+        QSqlDatabase::removeDatabase(connectionName_);
+        SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
+    }
+    Fire(AfterConnect, this);
+}
+
+QSqlDatabase TSQLConnection::Database()
+{
+    Open();
+    return QSqlDatabase::database(connectionName_, false);
+}
+
+QSqlDatabase TSQLConnection::NewReader()
+{
+    Open();
+    const QString name = QStringLiteral("%1-reader-%2").arg(connectionName_).arg(++connectionCounter);
+    QSqlDatabase reader = QSqlDatabase::cloneDatabase(connectionName_, name);
+    if (!reader.open()) {
+        const QSqlError error = reader.lastError();
+        reader = QSqlDatabase();
+        QSqlDatabase::removeDatabase(name);
+        SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
+    }
+    return reader;
+}
+
+void TSQLConnection::ReleaseReader(QSqlDatabase &reader)
+{
+    const QString name = reader.connectionName();
+    reader.close();
+    reader = QSqlDatabase();
+    if (!name.isEmpty())
+        QSqlDatabase::removeDatabase(name);
+}
+
+QString TSQLConnection::QuoteName(const QString &name)
+{
+    QSqlDatabase db = Database();
+    return db.driver()->escapeIdentifier(name, QSqlDriver::FieldName);
+}
+
+void TSQLConnection::StartTransaction()
+{
+    QSqlDatabase db = Database();
+    if (inTransaction_)
+        throw EDatabaseError(tr("A transaction is already active"));
+    if (!db.transaction())
+        SQLError(tr("Cannot start a transaction"), db.lastError());
+    inTransaction_ = true;
+}
+
+void TSQLConnection::Commit()
+{
+    QSqlDatabase db = Database();
+    if (!inTransaction_)
+        throw EDatabaseError(tr("No transaction is active"));
+    if (!db.commit())
+        SQLError(tr("Cannot commit the transaction"), db.lastError());
+    inTransaction_ = false;
+}
+
+void TSQLConnection::Rollback()
+{
+    QSqlDatabase db = Database();
+    if (!inTransaction_)
+        return;
+    inTransaction_ = false;
+    if (!db.rollback())
+        SQLError(tr("Cannot roll the transaction back"), db.lastError());
+}
+
+namespace {
+
+QSqlQuery run(QSqlDatabase db, const QString &sql, const QList<Variant> &params)
+{
+    QSqlQuery q(db);
+    q.setForwardOnly(true);
+    if (params.isEmpty()) { // statements such as CREATE cannot be prepared everywhere
+        if (!q.exec(sql))
+            SQLError(QCoreApplication::translate("qdb", "The statement failed"), q.lastError());
+        return q;
+    }
+    if (!q.prepare(sql))
+        SQLError(QCoreApplication::translate("qdb", "The statement cannot be prepared"), q.lastError());
+    for (const Variant &p : params)
+        q.addBindValue(p.ToQVariant());
+    if (!q.exec())
+        SQLError(QCoreApplication::translate("qdb", "The statement failed"), q.lastError());
+    return q;
+}
+
+} // namespace
+
+int TSQLConnection::ExecSQL(const QString &sql, const QList<Variant> &params)
+{
+    return run(Database(), sql, params).numRowsAffected();
+}
+
+Variant TSQLConnection::ExecScalar(const QString &sql, const QList<Variant> &params)
+{
+    QSqlQuery q = run(Database(), sql, params);
+    return q.next() ? Variant::FromQVariant(q.value(0)) : Variant::Null();
+}
+
+} // namespace qdb

@@ -1,0 +1,412 @@
+#include "SQLDataSet.h"
+
+#include "SQLFilter.h"
+#include "SQLRowSource.h"
+#include "SQLTypes.h"
+
+#include "platform/db/DBConsts.h"
+#include "platform/db/FilterExpression.h"
+#include "platform/rtl/Exceptions.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlField>
+#include <QSqlIndex>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+namespace qdb {
+
+namespace {
+
+bool isWordChar(QChar c)
+{
+    return c.isLetterOrNumber() || c == QLatin1Char('_');
+}
+
+// Positions of a keyword at the top level of a statement: outside quotes, comments and
+// parentheses.
+QList<qsizetype> topLevelKeyword(const QString &sql, QLatin1String word)
+{
+    QList<qsizetype> found;
+    int depth = 0;
+    const qsizetype n = sql.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const QChar c = sql[i];
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            const qsizetype end = sql.indexOf(c, i + 1);
+            i = end < 0 ? n : end;
+        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
+            const qsizetype end = sql.indexOf(QLatin1Char('\n'), i);
+            i = end < 0 ? n : end;
+        } else if (c == QLatin1Char('(')) {
+            ++depth;
+        } else if (c == QLatin1Char(')')) {
+            --depth;
+        } else if (depth == 0 && QStringView(sql).mid(i).startsWith(word, Qt::CaseInsensitive)
+                   && (i == 0 || !isWordChar(sql[i - 1]))
+                   && (i + word.size() >= n || !isWordChar(sql[i + word.size()]))) {
+            found << i;
+        }
+    }
+    return found;
+}
+
+QString stripSemicolon(QString sql)
+{
+    sql = sql.trimmed();
+    while (sql.endsWith(QLatin1Char(';')))
+        sql.chop(1);
+    return sql.trimmed();
+}
+
+} // namespace
+
+// ---- TParams ----
+
+void TParams::SetValue(const QString &name, const Variant &value)
+{
+    for (auto &p : values_)
+        if (p.first.compare(name, Qt::CaseInsensitive) == 0) {
+            p.second = value;
+            return;
+        }
+    values_.append({name, value});
+}
+
+Variant TParams::Value(const QString &name) const
+{
+    for (const auto &p : values_)
+        if (p.first.compare(name, Qt::CaseInsensitive) == 0)
+            return p.second;
+    return Variant::Null();
+}
+
+bool TParams::Contains(const QString &name) const
+{
+    for (const auto &p : values_)
+        if (p.first.compare(name, Qt::CaseInsensitive) == 0)
+            return true;
+    return false;
+}
+
+QStringList TParams::Names() const
+{
+    QStringList names;
+    for (const auto &p : values_)
+        names << p.first;
+    return names;
+}
+
+// ---- TCustomSQLDataSet ----
+
+TCustomSQLDataSet::TCustomSQLDataSet(QObject *parent) : TDataSet(parent) {}
+
+TCustomSQLDataSet::~TCustomSQLDataSet()
+{
+    try {
+        Close();
+    } catch (...) {
+    }
+}
+
+void TCustomSQLDataSet::SetConnection(TSQLConnection *connection)
+{
+    CheckInactive();
+    connection_ = connection;
+}
+
+QString TCustomSQLDataSet::Quote(const QString &name) const
+{
+    QStringList parts;
+    for (const QString &part : name.split(QLatin1Char('.')))
+        parts << connection_->QuoteName(part.trimmed());
+    return parts.join(QLatin1Char('.'));
+}
+
+QPair<QString, QString> TCustomSQLDataSet::SplitOrderBy(const QString &statement)
+{
+    const QString sql = stripSemicolon(statement);
+    const QList<qsizetype> orders = topLevelKeyword(sql, QLatin1String("ORDER"));
+    if (orders.isEmpty())
+        return {sql, QString()};
+    const qsizetype at = orders.last();
+    QString rest = sql.mid(at + 5).trimmed();
+    if (!rest.startsWith(QLatin1String("BY"), Qt::CaseInsensitive))
+        return {sql, QString()};
+    rest = rest.mid(2).trimmed();
+    // A LIMIT after the order belongs to the inner statement; leave it whole.
+    if (!topLevelKeyword(rest, QLatin1String("LIMIT")).isEmpty() || !topLevelKeyword(rest, QLatin1String("OFFSET")).isEmpty())
+        return {sql, QString()};
+    return {sql.left(at).trimmed(), rest};
+}
+
+void TCustomSQLDataSet::openSource()
+{
+    if (!connection_)
+        DatabaseError(tr("No connection is set"), this);
+    QList<QVariant> params;
+    for (const Variant &p : SelectParams())
+        params << p.ToQVariant();
+    QString sql = stripSemicolon(SelectSQL());
+    if (Filtered() && !Filter().trimmed().isEmpty() && FieldList().Count() > 0) {
+        FilterExpression expr(Filter());
+        expr.Bind(this, FilterOptions());
+        const SQLCondition where = FilterToSQL(expr, FilterOptions(), connection_->Dialect(),
+                                               [this](const QString &name) { return Quote(name); });
+        const auto [body, order] = SplitOrderBy(sql);
+        QStringList outerOrder;
+        static const QRegularExpression qualifier(QStringLiteral("^\\s*(?:\"[^\"]+\"|[\\w]+)\\s*\\.\\s*"));
+        for (const QString &item : order.split(QLatin1Char(','), Qt::SkipEmptyParts))
+            outerOrder << QString(item).remove(qualifier).trimmed();
+        sql = QStringLiteral("SELECT * FROM (%1) qdb_filter WHERE %2").arg(body, where.text);
+        if (!outerOrder.isEmpty())
+            sql += QStringLiteral(" ORDER BY ") + outerOrder.join(QStringLiteral(", "));
+        params += where.params;
+    }
+    source_.reset();
+    source_ = SQLRowSource::Create(connection_, sql, params);
+    dropCache();
+}
+
+void TCustomSQLDataSet::InternalOpen()
+{
+    openSource();
+    const bool refilter = Filtered() && !Filter().trimmed().isEmpty() && FieldList().Count() == 0;
+    InitFieldsAndBind();
+    columnOfField_.clear();
+    const QSqlRecord record = source_->Record();
+    for (TField *f : FieldList()) {
+        if (f->FieldNo() <= 0)
+            continue;
+        while (columnOfField_.size() < f->FieldNo())
+            columnOfField_ << -1;
+        columnOfField_[f->FieldNo() - 1] = record.indexOf(f->FieldName());
+    }
+    if (refilter) // the filter needed the fields: open once more with it
+        openSource();
+    pos_ = -1;
+}
+
+void TCustomSQLDataSet::InternalClose()
+{
+    source_.reset();
+    dropCache();
+    columnOfField_.clear();
+}
+
+void TCustomSQLDataSet::InternalInitFieldDefs()
+{
+    FieldDefs().Clear();
+    const QSqlRecord record = source_->Record();
+    const QStringList declared = source_->DeclaredTypes();
+    QStringList seen;
+    for (int i = 0; i < record.count(); ++i) {
+        const QSqlField column = record.field(i);
+        TFieldDef def = connection_->Dialect() == TSQLDialect::SQLite
+            ? FieldDefFromDeclaredType(column.name(), declared.value(i), column.metaType())
+            : FieldDefFromSqlField(column, connection_->Dialect());
+        QString name = def.Name.isEmpty() ? QStringLiteral("Column%1").arg(i + 1) : def.Name;
+        for (int k = 1; seen.contains(name, Qt::CaseInsensitive); ++k)
+            name = def.Name + QStringLiteral("_%1").arg(k);
+        seen << name;
+        def.Name = name;
+        FieldDefs().Add(QString(), ftUnknown) = def;
+    }
+}
+
+void TCustomSQLDataSet::dropCache()
+{
+    pages_.clear();
+    count_ = -1;
+}
+
+qint64 TCustomSQLDataSet::count() const
+{
+    if (count_ < 0)
+        count_ = source_ ? source_->Count() : 0;
+    return count_;
+}
+
+std::vector<Variant> TCustomSQLDataSet::convertRow(const std::vector<QVariant> &raw) const
+{
+    std::vector<Variant> out(size_t(columnOfField_.size()), Variant::Null());
+    const TSQLDialect dialect = connection_->Dialect();
+    for (TField *f : FieldList()) {
+        const int no = f->FieldNo();
+        if (no <= 0)
+            continue;
+        const int column = columnOfField_.value(no - 1, -1);
+        if (column >= 0 && size_t(column) < raw.size())
+            out[size_t(no - 1)] = FromDatabase(raw[size_t(column)], f, dialect);
+    }
+    return out;
+}
+
+const std::vector<Variant> *TCustomSQLDataSet::row(qint64 position) const
+{
+    if (!source_ || position < 0)
+        return nullptr;
+    const qint64 pageNo = position / PageSize;
+    auto it = pages_.find(pageNo);
+    if (it == pages_.end()) {
+        std::vector<SQLRow> raw;
+        raw.reserve(PageSize);
+        source_->Fetch(pageNo * PageSize, PageSize, raw);
+        Page page;
+        page.rows.reserve(raw.size());
+        for (const SQLRow &r : raw)
+            page.rows.push_back(convertRow(r));
+        if (pages_.size() >= MaxPages) { // the page looked at longest ago goes
+            auto oldest = pages_.begin();
+            for (auto p = pages_.begin(); p != pages_.end(); ++p)
+                if (p->second.used < oldest->second.used)
+                    oldest = p;
+            pages_.erase(oldest);
+        }
+        it = pages_.emplace(pageNo, std::move(page)).first;
+    }
+    it->second.used = ++useClock_;
+    const size_t index = size_t(position % PageSize);
+    return index < it->second.rows.size() ? &it->second.rows[index] : nullptr;
+}
+
+int TCustomSQLDataSet::CachedRows() const
+{
+    int rows = 0;
+    for (const auto &p : pages_)
+        rows += int(p.second.rows.size());
+    return rows;
+}
+
+bool TCustomSQLDataSet::clientFilterAccepts(TRecordBuffer &buffer)
+{
+    if (!Filtered() || !OnFilterRecord())
+        return true;
+    TempState filter(this, dsFilter, &buffer);
+    bool accept = true;
+    OnFilterRecord()(this, accept);
+    return accept;
+}
+
+TGetResult TCustomSQLDataSet::GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doCheck)
+{
+    Q_UNUSED(doCheck);
+    const qint64 total = count();
+    for (;;) {
+        qint64 pos = pos_ + (mode == gmNext ? 1 : mode == gmPrior ? -1 : 0);
+        if (mode == gmCurrent && (pos < 0 || pos >= total))
+            return grError;
+        if (pos < 0) {
+            pos_ = -1;
+            return grBOF;
+        }
+        if (pos >= total) {
+            pos_ = total;
+            return grEOF;
+        }
+        pos_ = pos;
+        buffer.row = pos;
+        buffer.flag = bfCurrent;
+        buffer.ClearValues();
+        GetCalcFields(buffer);
+        if (clientFilterAccepts(buffer))
+            return grOK;
+        if (mode == gmCurrent)
+            return grError;
+    }
+}
+
+void TCustomSQLDataSet::InternalLast()
+{
+    pos_ = count();
+}
+
+void TCustomSQLDataSet::InternalGotoBookmark(const TBookmark &bookmark)
+{
+    pos_ = RowFromBookmark(bookmark);
+}
+
+void TCustomSQLDataSet::InternalSetToRecord(TRecordBuffer &buffer)
+{
+    pos_ = buffer.flag == bfCurrent ? buffer.row : RowFromBookmark(buffer.bookmark);
+}
+
+TBookmark TCustomSQLDataSet::GetBookmarkData(const TRecordBuffer &buffer) const
+{
+    return buffer.flag == bfCurrent ? BookmarkFromRow(buffer.row) : buffer.bookmark;
+}
+
+const Variant *TCustomSQLDataSet::PeekFieldData(TField *field, const TRecordBuffer &buffer) const
+{
+    const int no = field->FieldNo();
+    if (no <= 0 || buffer.row < 0)
+        return nullptr;
+    const std::vector<Variant> *r = row(buffer.row);
+    return r && size_t(no - 1) < r->size() ? &(*r)[size_t(no - 1)] : nullptr;
+}
+
+bool TCustomSQLDataSet::FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value)
+{
+    const Variant *v = PeekFieldData(field, buffer);
+    if (!v)
+        return false;
+    value = *v;
+    return !value.IsClear();
+}
+
+int TCustomSQLDataSet::RecordCount() const
+{
+    return Active() ? int(qMin<qint64>(count(), std::numeric_limits<int>::max())) : 0;
+}
+
+int TCustomSQLDataSet::RecNo() const
+{
+    if (!Active() || IsEmpty() || State() == dsInsert)
+        return -1;
+    const TRecordBuffer *buffer = const_cast<TCustomSQLDataSet *>(this)->CurrentRecBuf();
+    return buffer && buffer->flag == bfCurrent ? int(buffer->row) + 1 : -1;
+}
+
+void TCustomSQLDataSet::SetRecNo(int recNo)
+{
+    CheckBrowseMode();
+    const qint64 total = count();
+    if (total == 0)
+        return;
+    recNo = int(qBound(qint64(1), qint64(recNo), total));
+    if (recNo == RecNo())
+        return;
+    DoBeforeScroll();
+    pos_ = recNo - 1;
+    Resync({rmCenter});
+    DoAfterScroll();
+}
+
+bool TCustomSQLDataSet::BookmarkValid(const TBookmark &bookmark) const
+{
+    const qint64 pos = RowFromBookmark(bookmark);
+    return Active() && pos >= 0 && pos < count();
+}
+
+bool TCustomSQLDataSet::GetCanModify() const
+{
+    return !readOnly_ && !UpdateTableName().isEmpty();
+}
+
+void TCustomSQLDataSet::InternalRefresh()
+{
+    source_->Reset();
+    dropCache();
+}
+
+void TCustomSQLDataSet::FilterChanged()
+{
+    CheckBrowseMode();
+    openSource();
+    First();
+}
+
+} // namespace qdb

@@ -1,0 +1,179 @@
+#pragma once
+
+#include "SQLConnection.h"
+
+#include "platform/db/DataSet.h"
+#include "platform/rtl/Strings.h"
+
+#include <QPointer>
+
+#include <map>
+#include <memory>
+
+namespace qdb {
+
+class SQLRowSource;
+
+// Named values for the ":name" placeholders of a query.
+class TParams
+{
+public:
+    void SetValue(const QString &name, const Variant &value);
+    Variant Value(const QString &name) const; // Null when not set
+    bool Contains(const QString &name) const;
+    void Clear() { values_.clear(); }
+    QStringList Names() const;
+
+private:
+    QList<QPair<QString, Variant>> values_;
+};
+
+// A data set over the result of a SELECT. Rows are read when they are looked at and kept in
+// a bounded cache of pages; RecordCount is exact and RecNo and bookmarks are positions in
+// the open result. A Filter becomes a WHERE clause with bound values around the query, its
+// ORDER BY kept outside. Posting writes UPDATE, INSERT or DELETE by key: KeyFields, or the
+// table's primary key; the record is read back so that defaults and triggers show.
+class TCustomSQLDataSet : public TDataSet
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::TSQLConnection *Connection READ Connection WRITE SetConnection)
+    Q_PROPERTY(QString KeyFields READ KeyFields WRITE SetKeyFields)
+    Q_PROPERTY(bool ReadOnly READ ReadOnly WRITE SetReadOnly)
+
+public:
+    explicit TCustomSQLDataSet(QObject *parent = nullptr);
+    ~TCustomSQLDataSet() override;
+
+    TSQLConnection *Connection() const { return connection_; }
+    void SetConnection(TSQLConnection *connection);
+    // Fields that identify a record for writing (";" list); empty: the table's primary key.
+    QString KeyFields() const { return keyFields_; }
+    void SetKeyFields(const QString &fields) { keyFields_ = fields; }
+    bool ReadOnly() const { return readOnly_; }
+    void SetReadOnly(bool on) { readOnly_ = on; }
+
+    int RecordCount() const override;
+    int RecNo() const override;
+    void SetRecNo(int recNo) override;
+    bool BookmarkValid(const TBookmark &bookmark) const override;
+
+    // Rows held in memory now (bounded, whatever the size of the result).
+    int CachedRows() const;
+
+protected:
+    // The statement without filter, and its bound values.
+    virtual QString SelectSQL() const = 0;
+    virtual QList<Variant> SelectParams() const { return {}; }
+    // The table written to; empty makes the data set read-only.
+    virtual QString UpdateTableName() const = 0;
+
+    void InternalOpen() override;
+    void InternalClose() override;
+    bool IsCursorOpen() const override { return source_ != nullptr; }
+    void InternalInitFieldDefs() override;
+    TGetResult GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doCheck) override;
+    void InternalFirst() override { pos_ = -1; }
+    void InternalLast() override;
+    void InternalGotoBookmark(const TBookmark &bookmark) override;
+    void InternalSetToRecord(TRecordBuffer &buffer) override;
+    TBookmark GetBookmarkData(const TRecordBuffer &buffer) const override;
+    void InternalPost() override;
+    void InternalDelete() override;
+    void InternalRefresh() override;
+    bool FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value) override;
+    const Variant *PeekFieldData(TField *field, const TRecordBuffer &buffer) const override;
+    bool GetCanModify() const override;
+    void FilterChanged() override;
+
+    // Splits a trailing ORDER BY clause off a statement: {body, order} (order without the
+    // keywords, empty when there is none).
+    static QPair<QString, QString> SplitOrderBy(const QString &sql);
+    QString Quote(const QString &name) const;
+
+private:
+    struct Page
+    {
+        std::vector<std::vector<Variant>> rows; // one value per data field
+        quint64 used = 0;
+    };
+    static constexpr int PageSize = 256;
+    static constexpr size_t MaxPages = 64;
+
+    void openSource();
+    qint64 count() const;
+    const std::vector<Variant> *row(qint64 position) const;
+    std::vector<Variant> convertRow(const std::vector<QVariant> &raw) const;
+    void dropCache();
+    QList<TField *> keyFieldList();
+    void writeRecord(bool inserting);
+    qint64 findRow(const QList<TField *> &keys, const QList<Variant> &values);
+    std::vector<Variant> readBack(const QList<TField *> &keys, const QList<Variant> &values);
+    bool clientFilterAccepts(TRecordBuffer &buffer);
+
+    QPointer<TSQLConnection> connection_;
+    QString keyFields_;
+    bool readOnly_ = false;
+    std::unique_ptr<SQLRowSource> source_;
+    QList<int> columnOfField_; // data field (FieldNo - 1) -> result column
+    mutable std::map<qint64, Page> pages_;
+    mutable quint64 useClock_ = 0;
+    mutable qint64 count_ = -1;
+    qint64 pos_ = -1;
+};
+
+// A data set over the text of a SELECT with ":name" parameters.
+class TSQLQuery : public TCustomSQLDataSet
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::TStrings *SQL READ SQL)
+    Q_PROPERTY(QString UpdateTable READ UpdateTable WRITE SetUpdateTable)
+
+public:
+    explicit TSQLQuery(QObject *parent = nullptr);
+    TStrings *SQL() const { return sql_; }
+    TParams &Params() { return params_; }
+    // The table posts are written to; empty: the table after the first FROM.
+    QString UpdateTable() const { return updateTable_; }
+    void SetUpdateTable(const QString &table) { updateTable_ = table; }
+    // Runs the text as a statement (no result); answers the rows it changed.
+    int ExecSQL();
+
+protected:
+    QString SelectSQL() const override;
+    QList<Variant> SelectParams() const override;
+    QString UpdateTableName() const override;
+
+private:
+    // The text with "?" for each ":name", and the names in order.
+    QPair<QString, QStringList> positional() const;
+    TStringList *sql_;
+    TParams params_;
+    QString updateTable_;
+};
+
+// A data set over one table, in the order of IndexFieldNames (";" list, each name
+// optionally followed by " DESC").
+class TSQLTable : public TCustomSQLDataSet
+{
+    Q_OBJECT
+    Q_PROPERTY(QString TableName READ TableName WRITE SetTableName)
+    Q_PROPERTY(QString IndexFieldNames READ IndexFieldNames WRITE SetIndexFieldNames)
+
+public:
+    explicit TSQLTable(QObject *parent = nullptr);
+    QString TableName() const { return tableName_; }
+    void SetTableName(const QString &name);
+    QString IndexFieldNames() const { return indexFieldNames_; }
+    // Reopens an open table in the new order.
+    void SetIndexFieldNames(const QString &names);
+
+protected:
+    QString SelectSQL() const override;
+    QString UpdateTableName() const override { return tableName_; }
+
+private:
+    QString tableName_;
+    QString indexFieldNames_;
+};
+
+} // namespace qdb

@@ -1,0 +1,371 @@
+// Writing the records of an SQL data set back to its table, by key.
+
+#include "SQLDataSet.h"
+
+#include "SQLRowSource.h"
+#include "SQLTypes.h"
+
+#include "platform/db/DBConsts.h"
+#include "platform/rtl/Exceptions.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlIndex>
+#include <QSqlQuery>
+
+namespace qdb {
+
+namespace {
+
+// Runs the statements of one post inside a transaction of its own when none is open, so
+// that a refused or ambiguous write leaves nothing behind.
+class WriteTransaction
+{
+public:
+    explicit WriteTransaction(TSQLConnection *c) : c_(c), own_(!c->InTransaction())
+    {
+        if (own_)
+            c_->StartTransaction();
+    }
+    ~WriteTransaction()
+    {
+        if (own_ && c_->InTransaction()) {
+            try {
+                c_->Rollback();
+            } catch (...) {
+            }
+        }
+    }
+    void Commit()
+    {
+        if (own_)
+            c_->Commit();
+    }
+    WriteTransaction(const WriteTransaction &) = delete;
+    WriteTransaction &operator=(const WriteTransaction &) = delete;
+
+private:
+    TSQLConnection *c_;
+    bool own_;
+};
+
+} // namespace
+
+QList<TField *> TCustomSQLDataSet::keyFieldList()
+{
+    if (!keyFields_.trimmed().isEmpty())
+        return GetFieldList(keyFields_);
+    const QString table = UpdateTableName();
+    QSqlIndex primary = connection_->Database().primaryIndex(table);
+    if (primary.isEmpty() && table.contains(QLatin1Char('.')))
+        primary = connection_->Database().primaryIndex(table.section(QLatin1Char('.'), -1));
+    QList<TField *> keys;
+    for (int i = 0; i < primary.count(); ++i) {
+        TField *f = FindField(primary.fieldName(i));
+        if (!f)
+            DatabaseError(tr("The key field %1 of table %2 is not in the query").arg(primary.fieldName(i), table), this);
+        keys << f;
+    }
+    if (keys.isEmpty())
+        DatabaseError(tr("Table %1 has no primary key; set KeyFields to say which fields identify a record").arg(table),
+                      this);
+    return keys;
+}
+
+void TCustomSQLDataSet::InternalPost()
+{
+    TDataSet::InternalPost(); // required fields
+    writeRecord(State() == dsInsert);
+}
+
+void TCustomSQLDataSet::writeRecord(bool inserting)
+{
+    const QString table = UpdateTableName();
+    const QList<TField *> keys = keyFieldList();
+    const TSQLDialect dialect = connection_->Dialect();
+    TRecordBuffer &buffer = ActiveBuffer();
+
+    QList<TField *> changed;
+    for (TField *f : FieldList())
+        if (f->FieldNo() > 0 && f->FieldKind() == fkData && !buffer.values[FieldSlot(f)].IsUnassigned())
+            changed << f;
+    if (!inserting && changed.isEmpty())
+        return;
+
+    // The keys as stored, and as they will be.
+    QList<Variant> oldKeys, newKeys;
+    const std::vector<Variant> *stored = inserting ? nullptr : row(buffer.row);
+    for (TField *k : keys) {
+        const Variant old = stored ? (*stored)[size_t(k->FieldNo() - 1)] : Variant::Null();
+        const Variant &typed = buffer.values[FieldSlot(k)];
+        oldKeys << old;
+        newKeys << (typed.IsUnassigned() ? old : typed);
+    }
+    auto where = [&](QList<QVariant> &params) {
+        QStringList parts;
+        for (int i = 0; i < keys.size(); ++i) {
+            if (oldKeys[i].IsClear()) {
+                parts << Quote(keys[i]->FieldName()) + QStringLiteral(" IS NULL");
+            } else {
+                parts << Quote(keys[i]->FieldName()) + QStringLiteral(" = ?");
+                params << ToDatabase(oldKeys[i], keys[i], dialect);
+            }
+        }
+        return parts.join(QStringLiteral(" AND "));
+    };
+
+    QString sql;
+    QList<QVariant> params;
+    if (inserting) {
+        QStringList columns, marks;
+        for (TField *f : changed) {
+            columns << Quote(f->FieldName());
+            marks << QStringLiteral("?");
+            params << ToDatabase(buffer.values[FieldSlot(f)], f, dialect);
+        }
+        QStringList returning;
+        for (TField *k : keys)
+            returning << Quote(k->FieldName());
+        sql = columns.isEmpty()
+            ? QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(Quote(table))
+            : QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(Quote(table), columns.join(QStringLiteral(", ")),
+                                                                 marks.join(QStringLiteral(", ")));
+        if (dialect == TSQLDialect::SQLite || dialect == TSQLDialect::PostgreSQL)
+            sql += QStringLiteral(" RETURNING ") + returning.join(QStringLiteral(", "));
+    } else {
+        QStringList sets;
+        for (TField *f : changed) {
+            sets << Quote(f->FieldName()) + QStringLiteral(" = ?");
+            params << ToDatabase(buffer.values[FieldSlot(f)], f, dialect);
+        }
+        sql = QStringLiteral("UPDATE %1 SET %2 WHERE ").arg(Quote(table), sets.join(QStringLiteral(", ")));
+        sql += where(params);
+    }
+
+    source_->Pause();
+    {
+        QSqlQuery q(connection_->Database()); // outlives the transaction: freed after a rollback
+        WriteTransaction transaction(connection_);
+        q.setForwardOnly(true);
+        if (!q.prepare(sql))
+            SQLError(tr("The record cannot be saved"), q.lastError());
+        for (const QVariant &p : params)
+            q.addBindValue(p);
+        if (!q.exec())
+            SQLError(tr("The record cannot be saved"), q.lastError());
+        if (inserting) {
+            if (q.next()) {
+                for (int i = 0; i < keys.size(); ++i)
+                    newKeys[i] = FromDatabase(q.value(i), keys[i], dialect);
+            } else if (keys.size() == 1 && q.lastInsertId().isValid()) {
+                newKeys[0] = FromDatabase(q.lastInsertId(), keys[0], dialect);
+            }
+        } else if (q.numRowsAffected() != 1) {
+            DatabaseError(q.numRowsAffected() == 0
+                              ? tr("The record was changed or deleted by someone else; refresh and try again")
+                              : tr("The key fields match more than one record; nothing was saved"),
+                          this);
+        }
+        q.finish();
+        transaction.Commit();
+    }
+
+    // Read the result again: defaults, triggers and a new order show.
+    source_->Reset();
+    dropCache();
+    const qint64 at = findRow(keys, newKeys);
+    if (at >= 0)
+        InternalGotoBookmark(BookmarkFromRow(at));
+}
+
+void TCustomSQLDataSet::InternalDelete()
+{
+    const QString table = UpdateTableName();
+    const QList<TField *> keys = keyFieldList();
+    const TSQLDialect dialect = connection_->Dialect();
+    const std::vector<Variant> *stored = row(ActiveBuffer().row);
+    if (!stored)
+        DatabaseError(DBConsts::SRecordNotFound(), this);
+    QStringList parts;
+    QList<QVariant> params;
+    for (TField *k : keys) {
+        const Variant &v = (*stored)[size_t(k->FieldNo() - 1)];
+        if (v.IsClear()) {
+            parts << Quote(k->FieldName()) + QStringLiteral(" IS NULL");
+        } else {
+            parts << Quote(k->FieldName()) + QStringLiteral(" = ?");
+            params << ToDatabase(v, k, dialect);
+        }
+    }
+    source_->Pause();
+    {
+        QSqlQuery q(connection_->Database());
+        WriteTransaction transaction(connection_);
+        if (!q.prepare(QStringLiteral("DELETE FROM %1 WHERE %2").arg(Quote(table), parts.join(QStringLiteral(" AND ")))))
+            SQLError(tr("The record cannot be deleted"), q.lastError());
+        for (const QVariant &p : params)
+            q.addBindValue(p);
+        if (!q.exec())
+            SQLError(tr("The record cannot be deleted"), q.lastError());
+        if (q.numRowsAffected() != 1)
+            DatabaseError(q.numRowsAffected() == 0 ? tr("The record was already deleted by someone else")
+                                                  : tr("The key fields match more than one record; nothing was deleted"),
+                          this);
+        transaction.Commit();
+    }
+    source_->Reset();
+    dropCache();
+}
+
+qint64 TCustomSQLDataSet::findRow(const QList<TField *> &keys, const QList<Variant> &values)
+{
+    const qint64 total = count();
+    auto matches = [&](qint64 position) {
+        const std::vector<Variant> *r = row(position);
+        if (!r)
+            return false;
+        for (int i = 0; i < keys.size(); ++i)
+            if (VarCompareValue((*r)[size_t(keys[i]->FieldNo() - 1)], values[i]) != VariantRelationship::vrEqual)
+                return false;
+        return true;
+    };
+    // Where the record was, then the end (new rows of a table usually land there), then all.
+    const qint64 near = qBound<qint64>(0, pos_, qMax<qint64>(0, total - 1));
+    for (qint64 p = qMax<qint64>(0, near - 2); p < qMin(total, near + 3); ++p)
+        if (matches(p))
+            return p;
+    for (qint64 p = total - 1; p >= qMax<qint64>(0, total - PageSize); --p)
+        if (matches(p))
+            return p;
+    for (qint64 p = 0; p < total; ++p)
+        if (matches(p))
+            return p;
+    return -1;
+}
+
+// ---- TSQLQuery ----
+
+TSQLQuery::TSQLQuery(QObject *parent) : TCustomSQLDataSet(parent), sql_(new TStringList(this))
+{
+    sql_->OnChange = [this](TObject *) {
+        if (Active())
+            Close(); // a new text is a new query
+    };
+}
+
+QPair<QString, QStringList> TSQLQuery::positional() const
+{
+    const QString text = sql_->Text();
+    QString out;
+    QStringList names;
+    const qsizetype n = text.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const QChar c = text[i];
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            const qsizetype end = text.indexOf(c, i + 1);
+            const qsizetype stop = end < 0 ? n : end + 1;
+            out += QStringView(text).mid(i, stop - i);
+            i = stop - 1;
+        } else if (c == QLatin1Char(':') && i + 1 < n && (text[i + 1].isLetter() || text[i + 1] == QLatin1Char('_'))
+                   && (i == 0 || text[i - 1] != QLatin1Char(':'))) {
+            qsizetype j = i + 1;
+            while (j < n && (text[j].isLetterOrNumber() || text[j] == QLatin1Char('_')))
+                ++j;
+            names << text.mid(i + 1, j - i - 1);
+            out += QLatin1Char('?');
+            i = j - 1;
+        } else {
+            out += c;
+        }
+    }
+    return {out, names};
+}
+
+QString TSQLQuery::SelectSQL() const
+{
+    return positional().first;
+}
+
+QList<Variant> TSQLQuery::SelectParams() const
+{
+    QList<Variant> values;
+    for (const QString &name : positional().second)
+        values << params_.Value(name);
+    return values;
+}
+
+QString TSQLQuery::UpdateTableName() const
+{
+    if (!updateTable_.isEmpty())
+        return updateTable_;
+    static const QRegularExpression from(QStringLiteral("\\bFROM\\s+(\"[^\"]+\"|[\\w.]+)"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch m = from.match(sql_->Text());
+    if (!m.hasMatch())
+        return QString();
+    QString table = m.captured(1);
+    if (table.startsWith(QLatin1Char('"')))
+        table = table.mid(1, table.size() - 2);
+    return table;
+}
+
+int TSQLQuery::ExecSQL()
+{
+    if (!Connection())
+        DatabaseError(tr("No connection is set"), this);
+    return Connection()->ExecSQL(positional().first, SelectParams());
+}
+
+// ---- TSQLTable ----
+
+TSQLTable::TSQLTable(QObject *parent) : TCustomSQLDataSet(parent) {}
+
+void TSQLTable::SetTableName(const QString &name)
+{
+    CheckInactive();
+    tableName_ = name;
+}
+
+void TSQLTable::SetIndexFieldNames(const QString &names)
+{
+    if (names == indexFieldNames_)
+        return;
+    const QString old = indexFieldNames_;
+    indexFieldNames_ = names;
+    if (!Active())
+        return;
+    try {
+        Close();
+        Open();
+    } catch (...) {
+        indexFieldNames_ = old;
+        Open();
+        throw;
+    }
+}
+
+QString TSQLTable::SelectSQL() const
+{
+    if (tableName_.isEmpty())
+        DatabaseError(tr("No table name is set"), this);
+    QString sql = QStringLiteral("SELECT * FROM ") + Quote(tableName_);
+    QStringList order;
+    for (QString item : indexFieldNames_.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        item = item.trimmed();
+        bool desc = false;
+        if (item.endsWith(QLatin1String(" DESC"), Qt::CaseInsensitive) || item.endsWith(QLatin1String(":D"), Qt::CaseInsensitive)) {
+            desc = true;
+            item = item.left(item.lastIndexOf(item.endsWith(QLatin1String(":D"), Qt::CaseInsensitive) ? QLatin1Char(':') : QLatin1Char(' ')));
+        } else if (item.endsWith(QLatin1String(" ASC"), Qt::CaseInsensitive) || item.endsWith(QLatin1String(":A"), Qt::CaseInsensitive)) {
+            item = item.left(item.lastIndexOf(item.endsWith(QLatin1String(":A"), Qt::CaseInsensitive) ? QLatin1Char(':') : QLatin1Char(' ')));
+        }
+        order << Quote(item.trimmed()) + (desc ? QStringLiteral(" DESC") : QString());
+    }
+    if (!order.isEmpty())
+        sql += QStringLiteral(" ORDER BY ") + order.join(QStringLiteral(", "));
+    return sql;
+}
+
+} // namespace qdb
