@@ -3,6 +3,7 @@
 
 #include "TestSupport.h"
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -32,7 +33,13 @@ protected:
             const QByteArray url = qgetenv("QDB_PG_URL");
             if (url.isEmpty())
                 GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
+            // A database of its own, as tests run side by side.
+            admin.SetConnectionString(QString::fromUtf8(url));
+            database = QStringLiteral("qdb_%1").arg(QCoreApplication::applicationPid());
+            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
+            admin.ExecSQL(QStringLiteral("CREATE DATABASE %1").arg(database));
             connection.SetConnectionString(QString::fromUtf8(url));
+            connection.SetDatabaseName(database);
         } else {
             connection.SetConnectionString(QStringLiteral("sqlite:") + dir.filePath(QStringLiteral("test.db")));
             connection.SetCreateDatabase(true);
@@ -67,10 +74,20 @@ protected:
         table.SetIndexFieldNames(QStringLiteral("id"));
     }
 
+    void TearDown() override
+    {
+        table.Close();
+        connection.Close();
+        if (!database.isEmpty())
+            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
+    }
+
     TField *F(TDataSet &ds, const char *name) { return ds.FieldByName(QString::fromLatin1(name)); }
     Variant scalar(const QString &sql) { return connection.ExecScalar(sql); }
 
     QTemporaryDir dir;
+    TSQLConnection admin;
+    QString database;
     TSQLConnection connection;
     TSQLTable table;
 };
