@@ -318,3 +318,31 @@ TEST(SQLConnection, ConnectionStringsAndFailures)
         EXPECT_TRUE(e.Message().startsWith(QStringLiteral("Cannot connect to none"))) << e.what();
     }
 }
+
+TEST(SampleDatabase, OpensWithItsTypes)
+{
+    RegisterDBTypes();
+    TSQLConnection c;
+    c.SetConnectionString(QStringLiteral(QDB_SAMPLE_DB));
+    TSQLTable lines;
+    lines.SetConnection(&c);
+    lines.SetTableName(QStringLiteral("order_lines"));
+    lines.Open();
+    EXPECT_EQ(lines.RecordCount(), 100000);
+    EXPECT_EQ(lines.FieldByName(QStringLiteral("Unit Price"))->DataType(), ftBCD);
+    lines.Last();
+    EXPECT_EQ(lines.FieldByName(QStringLiteral("LineNo"))->AsInteger(), 100000);
+
+    TSQLTable orders;
+    orders.SetConnection(&c);
+    orders.SetTableName(QStringLiteral("orders"));
+    orders.Open();
+    for (auto [name, type] : {std::pair{"OrderDate", ftDate}, {"ShipTime", ftTime}, {"ShippedAt", ftDateTime},
+                              {"Paid", ftBoolean}, {"Total", ftBCD}, {"Remarks", ftString}})
+        EXPECT_EQ(orders.FieldByName(QString::fromLatin1(name))->DataType(), type) << name;
+    orders.SetFilter(QStringLiteral("ShipTime IS NULL AND Paid = TRUE"));
+    orders.SetFiltered(true);
+    EXPECT_EQ(orders.RecordCount(), 0); // unshipped orders are never paid
+    orders.SetFilter(QStringLiteral("OrderDate >= '2024-01-01'"));
+    EXPECT_GT(orders.RecordCount(), 3000);
+}
