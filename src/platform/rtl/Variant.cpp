@@ -340,7 +340,10 @@ Variant Variant::FromQVariant(const QVariant &v)
     }
     case QMetaType::Float:
     case QMetaType::Double: return v.toDouble();
-    case QMetaType::QDateTime: return FromDateTime(QDateTimeToDateTime(v.toDateTime()));
+    case QMetaType::QDateTime: {
+        const QDateTime dt = v.toDateTime();
+        return FromDateTime(ComposeDateTime(QDateToDateTime(dt.date()), QTimeToDateTime(dt.time())));
+    }
     case QMetaType::QDate: return FromDateTime(QDateToDateTime(v.toDate()));
     case QMetaType::QTime: return FromDateTime(QTimeToDateTime(v.toTime()));
     case QMetaType::QByteArray: return v.toByteArray();

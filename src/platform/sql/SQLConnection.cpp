@@ -1,6 +1,7 @@
 #include "SQLConnection.h"
 
 #include "platform/db/DBConsts.h"
+#include "platform/db/DataSet.h"
 #include "platform/rtl/Exceptions.h"
 
 #include <QCoreApplication>
@@ -35,6 +36,7 @@ TSQLConnection::TSQLConnection(QObject *parent)
 
 TSQLConnection::~TSQLConnection()
 {
+    closeDataSets();
     {
         QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
         if (db.isOpen())
@@ -120,6 +122,7 @@ void TSQLConnection::SetConnected(bool on)
     if (on == Connected())
         return;
     if (!on) {
+        closeDataSets();
         {
             QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
             db.close();
@@ -158,6 +161,29 @@ void TSQLConnection::SetConnected(bool on)
         SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
     }
     Fire(AfterConnect, this);
+}
+
+void TSQLConnection::AttachDataSet(TDataSet *dataSet)
+{
+    if (!dataSets_.contains(dataSet))
+        dataSets_.append(dataSet);
+}
+
+void TSQLConnection::DetachDataSet(TDataSet *dataSet)
+{
+    dataSets_.removeAll(dataSet);
+}
+
+void TSQLConnection::closeDataSets()
+{
+    const QList<QPointer<TDataSet>> sets = dataSets_;
+    for (const QPointer<TDataSet> &ds : sets)
+        if (ds && ds->Active()) {
+            try {
+                ds->Close();
+            } catch (...) {
+            }
+        }
 }
 
 QSqlDatabase TSQLConnection::Database()

@@ -4,10 +4,13 @@
 #include "platform/rtl/Variant.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QSqlDatabase>
 #include <QString>
 
 namespace qdb {
+
+class TDataSet;
 
 enum class TSQLDialect { Other, SQLite, PostgreSQL };
 
@@ -79,7 +82,13 @@ public:
     TNotifyEvent AfterConnect;
     TNotifyEvent AfterDisconnect;
 
+    // The data sets reading through this connection; they are closed before it closes.
+    void AttachDataSet(TDataSet *dataSet);
+    void DetachDataSet(TDataSet *dataSet);
+
 private:
+    void closeDataSets();
+    QList<QPointer<TDataSet>> dataSets_;
     void checkDisconnected() const;
     QString connectionName_;
     QString driverName_ = QStringLiteral("QSQLITE");

@@ -110,12 +110,18 @@ TCustomSQLDataSet::~TCustomSQLDataSet()
         Close();
     } catch (...) {
     }
+    if (connection_)
+        connection_->DetachDataSet(this);
 }
 
 void TCustomSQLDataSet::SetConnection(TSQLConnection *connection)
 {
     CheckInactive();
+    if (connection_)
+        connection_->DetachDataSet(this);
     connection_ = connection;
+    if (connection_)
+        connection_->AttachDataSet(this);
 }
 
 QString TCustomSQLDataSet::Quote(const QString &name) const
@@ -220,6 +226,8 @@ void TCustomSQLDataSet::InternalInitFieldDefs()
 void TCustomSQLDataSet::dropCache()
 {
     pages_.clear();
+    lastPage_ = nullptr;
+    lastPageNo_ = -1;
     count_ = -1;
 }
 
@@ -230,35 +238,34 @@ qint64 TCustomSQLDataSet::count() const
     return count_;
 }
 
-std::vector<Variant> TCustomSQLDataSet::convertRow(const std::vector<QVariant> &raw) const
+const Variant *TCustomSQLDataSet::row(qint64 position) const
 {
-    std::vector<Variant> out(size_t(columnOfField_.size()), Variant::Null());
-    const TSQLDialect dialect = connection_->Dialect();
-    for (TField *f : FieldList()) {
-        const int no = f->FieldNo();
-        if (no <= 0)
-            continue;
-        const int column = columnOfField_.value(no - 1, -1);
-        if (column >= 0 && size_t(column) < raw.size())
-            out[size_t(no - 1)] = FromDatabase(raw[size_t(column)], f, dialect);
-    }
-    return out;
-}
-
-const std::vector<Variant> *TCustomSQLDataSet::row(qint64 position) const
-{
-    if (!source_ || position < 0)
+    if (!source_ || position < 0 || (count_ >= 0 && position >= count_))
         return nullptr;
     const qint64 pageNo = position / PageSize;
+    if (pageNo == lastPageNo_ && lastPage_) {
+        const size_t index = size_t(position % PageSize);
+        return index < lastPage_->rows ? &lastPage_->values[index * size_t(width())] : nullptr;
+    }
     auto it = pages_.find(pageNo);
     if (it == pages_.end()) {
-        std::vector<SQLRow> raw;
-        raw.reserve(PageSize);
+        SQLRows raw;
         source_->Fetch(pageNo * PageSize, PageSize, raw);
+        if (raw.Count() < size_t(PageSize)) // the end of the result is known now
+            count_ = pageNo * PageSize + qint64(raw.Count());
         Page page;
-        page.rows.reserve(raw.size());
-        for (const SQLRow &r : raw)
-            page.rows.push_back(convertRow(r));
+        page.rows = raw.Count();
+        page.values.resize(page.rows * size_t(width()), Variant::Null());
+        const TSQLDialect dialect = connection_->Dialect();
+        for (TField *f : FieldList()) {
+            const int no = f->FieldNo();
+            const int column = no > 0 ? columnOfField_.value(no - 1, -1) : -1;
+            if (column < 0)
+                continue;
+            for (size_t r = 0; r < page.rows; ++r)
+                page.values[r * size_t(width()) + size_t(no - 1)] =
+                    FromDatabase(raw.values[r * size_t(raw.columns) + size_t(column)], f, dialect);
+        }
         if (pages_.size() >= MaxPages) { // the page looked at longest ago goes
             auto oldest = pages_.begin();
             for (auto p = pages_.begin(); p != pages_.end(); ++p)
@@ -269,15 +276,17 @@ const std::vector<Variant> *TCustomSQLDataSet::row(qint64 position) const
         it = pages_.emplace(pageNo, std::move(page)).first;
     }
     it->second.used = ++useClock_;
+    lastPage_ = &it->second;
+    lastPageNo_ = pageNo;
     const size_t index = size_t(position % PageSize);
-    return index < it->second.rows.size() ? &it->second.rows[index] : nullptr;
+    return index < it->second.rows ? &it->second.values[index * size_t(width())] : nullptr;
 }
 
 int TCustomSQLDataSet::CachedRows() const
 {
     int rows = 0;
     for (const auto &p : pages_)
-        rows += int(p.second.rows.size());
+        rows += int(p.second.rows);
     return rows;
 }
 
@@ -294,17 +303,19 @@ bool TCustomSQLDataSet::clientFilterAccepts(TRecordBuffer &buffer)
 TGetResult TCustomSQLDataSet::GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doCheck)
 {
     Q_UNUSED(doCheck);
-    const qint64 total = count();
+    // Reading the row tells whether it exists; the count is not needed to walk.
     for (;;) {
-        qint64 pos = pos_ + (mode == gmNext ? 1 : mode == gmPrior ? -1 : 0);
-        if (mode == gmCurrent && (pos < 0 || pos >= total))
-            return grError;
+        const qint64 pos = pos_ + (mode == gmNext ? 1 : mode == gmPrior ? -1 : 0);
         if (pos < 0) {
+            if (mode == gmCurrent)
+                return grError;
             pos_ = -1;
             return grBOF;
         }
-        if (pos >= total) {
-            pos_ = total;
+        if (!rowExists(pos)) {
+            if (mode == gmCurrent)
+                return grError;
+            pos_ = count();
             return grEOF;
         }
         pos_ = pos;
@@ -342,10 +353,10 @@ TBookmark TCustomSQLDataSet::GetBookmarkData(const TRecordBuffer &buffer) const
 const Variant *TCustomSQLDataSet::PeekFieldData(TField *field, const TRecordBuffer &buffer) const
 {
     const int no = field->FieldNo();
-    if (no <= 0 || buffer.row < 0)
+    if (no <= 0 || no > width() || buffer.row < 0)
         return nullptr;
-    const std::vector<Variant> *r = row(buffer.row);
-    return r && size_t(no - 1) < r->size() ? &(*r)[size_t(no - 1)] : nullptr;
+    const Variant *r = row(buffer.row);
+    return r ? &r[no - 1] : nullptr;
 }
 
 bool TCustomSQLDataSet::FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value)

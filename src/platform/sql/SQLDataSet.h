@@ -93,7 +93,8 @@ protected:
 private:
     struct Page
     {
-        std::vector<std::vector<Variant>> rows; // one value per data field
+        std::vector<Variant> values; // `width` values a row, one per data field
+        size_t rows = 0;
         quint64 used = 0;
     };
     static constexpr int PageSize = 256;
@@ -101,8 +102,10 @@ private:
 
     void openSource();
     qint64 count() const;
-    const std::vector<Variant> *row(qint64 position) const;
-    std::vector<Variant> convertRow(const std::vector<QVariant> &raw) const;
+    // The values of the row at a position (one per data field), nullptr past the end.
+    const Variant *row(qint64 position) const;
+    bool rowExists(qint64 position) const { return row(position) != nullptr; }
+    int width() const { return int(columnOfField_.size()); }
     void dropCache();
     QList<TField *> keyFieldList();
     void writeRecord(bool inserting);
@@ -116,6 +119,8 @@ private:
     std::unique_ptr<SQLRowSource> source_;
     QList<int> columnOfField_; // data field (FieldNo - 1) -> result column
     mutable std::map<qint64, Page> pages_;
+    mutable const Page *lastPage_ = nullptr; // the page read last, asked for again and again
+    mutable qint64 lastPageNo_ = -1;
     mutable quint64 useClock_ = 0;
     mutable qint64 count_ = -1;
     qint64 pos_ = -1;

@@ -96,9 +96,9 @@ void TCustomSQLDataSet::writeRecord(bool inserting)
 
     // The keys as stored, and as they will be.
     QList<Variant> oldKeys, newKeys;
-    const std::vector<Variant> *stored = inserting ? nullptr : row(buffer.row);
+    const Variant *stored = inserting ? nullptr : row(buffer.row);
     for (TField *k : keys) {
-        const Variant old = stored ? (*stored)[size_t(k->FieldNo() - 1)] : Variant::Null();
+        const Variant old = stored ? stored[k->FieldNo() - 1] : Variant::Null();
         const Variant &typed = buffer.values[FieldSlot(k)];
         oldKeys << old;
         newKeys << (typed.IsUnassigned() ? old : typed);
@@ -185,13 +185,13 @@ void TCustomSQLDataSet::InternalDelete()
     const QString table = UpdateTableName();
     const QList<TField *> keys = keyFieldList();
     const TSQLDialect dialect = connection_->Dialect();
-    const std::vector<Variant> *stored = row(ActiveBuffer().row);
+    const Variant *stored = row(ActiveBuffer().row);
     if (!stored)
         DatabaseError(DBConsts::SRecordNotFound(), this);
     QStringList parts;
     QList<QVariant> params;
     for (TField *k : keys) {
-        const Variant &v = (*stored)[size_t(k->FieldNo() - 1)];
+        const Variant &v = stored[k->FieldNo() - 1];
         if (v.IsClear()) {
             parts << Quote(k->FieldName()) + QStringLiteral(" IS NULL");
         } else {
@@ -223,11 +223,11 @@ qint64 TCustomSQLDataSet::findRow(const QList<TField *> &keys, const QList<Varia
 {
     const qint64 total = count();
     auto matches = [&](qint64 position) {
-        const std::vector<Variant> *r = row(position);
+        const Variant *r = row(position);
         if (!r)
             return false;
         for (int i = 0; i < keys.size(); ++i)
-            if (VarCompareValue((*r)[size_t(keys[i]->FieldNo() - 1)], values[i]) != VariantRelationship::vrEqual)
+            if (VarCompareValue(r[keys[i]->FieldNo() - 1], values[i]) != VariantRelationship::vrEqual)
                 return false;
         return true;
     };

@@ -4,6 +4,8 @@
 
 #include "platform/rtl/Exceptions.h"
 
+#include <sqlite3.h>
+
 #include <QCoreApplication>
 #include <QSqlDriver>
 #include <QSqlError>
@@ -53,27 +55,151 @@ QSqlQuery execute(QSqlDatabase db, const QString &sql, const QList<QVariant> &pa
     return q;
 }
 
-void readRows(QSqlQuery &q, int n, std::vector<SQLRow> &rows)
+void readRows(QSqlQuery &q, int n, SQLRows &rows)
 {
-    const int columns = q.record().count();
-    for (int i = 0; i < n && q.next(); ++i) {
-        SQLRow row(static_cast<size_t>(columns));
-        for (int c = 0; c < columns; ++c)
-            row[size_t(c)] = q.value(c);
-        rows.push_back(std::move(row));
-    }
+    if (rows.columns == 0)
+        rows.columns = q.record().count();
+    rows.values.reserve(rows.values.size() + size_t(n) * size_t(rows.columns));
+    for (int i = 0; i < n && q.next(); ++i)
+        for (int c = 0; c < rows.columns; ++c)
+            rows.values.push_back(Variant::FromQVariant(q.value(c)));
 }
 
-// SQLite: one forward-only statement streams the rows; a jump starts a new one at an offset.
+[[noreturn]] void sqliteError(sqlite3 *db, const QString &what)
+{
+    throw EDatabaseError(what + QStringLiteral(": ") + QString::fromUtf8(sqlite3_errmsg(db)));
+}
+
+// A statement of our own on the connection's SQLite handle: values come straight from
+// SQLite without going through QVariant and UTF-16.
+class SQLiteStatement
+{
+public:
+    SQLiteStatement(sqlite3 *db, const QString &sql, const QList<QVariant> &params) : db_(db)
+    {
+        const QByteArray text = sql.toUtf8();
+        if (sqlite3_prepare_v2(db_, text.constData(), int(text.size()), &stmt_, nullptr) != SQLITE_OK)
+            sqliteError(db_, QCoreApplication::translate("qdb", "The query failed"));
+        for (int i = 0; i < params.size(); ++i) {
+            const QVariant &p = params[i];
+            const int at = i + 1;
+            if (!p.isValid() || p.isNull()) {
+                sqlite3_bind_null(stmt_, at);
+                continue;
+            }
+            switch (p.metaType().id()) {
+            case QMetaType::Bool:
+            case QMetaType::Int:
+            case QMetaType::UInt:
+            case QMetaType::LongLong:
+            case QMetaType::ULongLong: sqlite3_bind_int64(stmt_, at, p.toLongLong()); break;
+            case QMetaType::Double: sqlite3_bind_double(stmt_, at, p.toDouble()); break;
+            case QMetaType::QByteArray: {
+                const QByteArray b = p.toByteArray();
+                sqlite3_bind_blob64(stmt_, at, b.constData(), sqlite3_uint64(b.size()), SQLITE_TRANSIENT);
+                break;
+            }
+            default: {
+                const QByteArray s = p.toString().toUtf8();
+                sqlite3_bind_text64(stmt_, at, s.constData(), sqlite3_uint64(s.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+                break;
+            }
+            }
+        }
+        step(); // the first row tells the types of the columns
+    }
+    ~SQLiteStatement() { sqlite3_finalize(stmt_); }
+    SQLiteStatement(const SQLiteStatement &) = delete;
+    SQLiteStatement &operator=(const SQLiteStatement &) = delete;
+
+    int Columns() const { return sqlite3_column_count(stmt_); }
+    QSqlRecord Record() const
+    {
+        QSqlRecord record;
+        for (int c = 0; c < Columns(); ++c) {
+            QMetaType type = QMetaType::fromType<QString>();
+            if (hasRow_) {
+                switch (sqlite3_column_type(stmt_, c)) {
+                case SQLITE_INTEGER: type = QMetaType::fromType<qlonglong>(); break;
+                case SQLITE_FLOAT: type = QMetaType::fromType<double>(); break;
+                case SQLITE_BLOB: type = QMetaType::fromType<QByteArray>(); break;
+                default: break;
+                }
+            }
+            record.append(QSqlField(QString::fromUtf8(sqlite3_column_name(stmt_, c)), type));
+        }
+        return record;
+    }
+    QStringList DeclaredTypes() const
+    {
+        QStringList types;
+        for (int c = 0; c < Columns(); ++c) {
+            const char *declared = sqlite3_column_decltype(stmt_, c);
+            types << (declared ? QString::fromUtf8(declared) : QString());
+        }
+        return types;
+    }
+    // Appends up to n rows; answers how many.
+    int Read(int n, SQLRows &rows)
+    {
+        const int columns = Columns();
+        rows.columns = columns;
+        int got = 0;
+        while (got < n && hasRow_) {
+            for (int c = 0; c < columns; ++c) {
+                switch (sqlite3_column_type(stmt_, c)) {
+                case SQLITE_INTEGER: rows.values.emplace_back(qint64(sqlite3_column_int64(stmt_, c))); break;
+                case SQLITE_FLOAT: rows.values.emplace_back(sqlite3_column_double(stmt_, c)); break;
+                case SQLITE_TEXT:
+                    rows.values.emplace_back(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt_, c)),
+                                                               sqlite3_column_bytes(stmt_, c)));
+                    break;
+                case SQLITE_BLOB:
+                    rows.values.emplace_back(QByteArray(static_cast<const char *>(sqlite3_column_blob(stmt_, c)),
+                                                        sqlite3_column_bytes(stmt_, c)));
+                    break;
+                default: rows.values.push_back(Variant::Null()); break;
+                }
+            }
+            ++got;
+            step();
+        }
+        return got;
+    }
+    qint64 Scalar() const { return hasRow_ ? sqlite3_column_int64(stmt_, 0) : 0; }
+
+private:
+    void step()
+    {
+        const int rc = sqlite3_step(stmt_);
+        if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+            sqliteError(db_, QCoreApplication::translate("qdb", "The query failed"));
+        hasRow_ = rc == SQLITE_ROW;
+    }
+
+    sqlite3 *db_;
+    sqlite3_stmt *stmt_ = nullptr;
+    bool hasRow_ = false;
+};
+
+sqlite3 *sqliteHandle(QSqlDatabase db)
+{
+    const QVariant handle = db.driver()->handle();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        throw EDatabaseError(QCoreApplication::translate("qdb", "The SQLite driver gives no access to its database"));
+    return *static_cast<sqlite3 *const *>(handle.constData());
+}
+
+// SQLite: one statement streams the rows; a jump starts a new one at an offset.
 class SQLiteSource : public SQLRowSource
 {
 public:
     SQLiteSource(TSQLConnection *connection, const QString &sql, const QList<QVariant> &params)
-        : db_(connection->Database()), sql_(sql), params_(params)
+        : db_(sqliteHandle(connection->Database())), sql_(sql), params_(params)
     {
-        stream_ = execute(db_, sql_, params_);
-        record_ = stream_.record();
-        declared_ = SQLiteDeclaredTypes(stream_);
+        stream_ = std::make_unique<SQLiteStatement>(db_, sql_, params_);
+        record_ = stream_->Record();
+        declared_ = stream_->DeclaredTypes();
         streamPos_ = 0;
     }
 
@@ -82,30 +208,28 @@ public:
 
     qint64 Count() override
     {
-        if (count_ < 0) {
-            QSqlQuery q = execute(db_, QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(sql_), params_);
-            count_ = q.next() ? q.value(0).toLongLong() : 0;
-        }
+        if (count_ < 0)
+            count_ = SQLiteStatement(db_, QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(sql_), params_).Scalar();
         return count_;
     }
 
-    void Fetch(qint64 first, int n, std::vector<SQLRow> &rows) override
+    void Fetch(qint64 first, int n, SQLRows &rows) override
     {
-        if (!stream_.isActive() || streamPos_ != first) {
-            stream_.finish();
+        if (!stream_ || streamPos_ != first) {
+            stream_.reset();
             QList<QVariant> params = params_;
             params << first;
-            stream_ = execute(db_, QStringLiteral("SELECT * FROM (%1) LIMIT -1 OFFSET ?").arg(sql_), params);
+            stream_ = std::make_unique<SQLiteStatement>(
+                db_, QStringLiteral("SELECT * FROM (%1) LIMIT -1 OFFSET ?").arg(sql_), params);
             streamPos_ = first;
         }
-        const size_t before = rows.size();
-        readRows(stream_, n, rows);
-        streamPos_ += qint64(rows.size() - before);
+        rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
+        streamPos_ += stream_->Read(n, rows);
     }
 
     void Pause() override
     {
-        stream_.finish();
+        stream_.reset();
         streamPos_ = -1;
     }
 
@@ -116,10 +240,10 @@ public:
     }
 
 private:
-    QSqlDatabase db_;
+    sqlite3 *db_;
     QString sql_;
     QList<QVariant> params_;
-    QSqlQuery stream_;
+    std::unique_ptr<SQLiteStatement> stream_;
     qint64 streamPos_ = -1;
     QSqlRecord record_;
     QStringList declared_;
@@ -165,14 +289,14 @@ public:
         return count_;
     }
 
-    void Fetch(qint64 first, int n, std::vector<SQLRow> &rows) override
+    void Fetch(qint64 first, int n, SQLRows &rows) override
     {
         if (position_ != first)
             run(QStringLiteral("MOVE ABSOLUTE %1 IN qdb_rows").arg(first)); // stands on row `first`, 1-based
         QSqlQuery q = run(QStringLiteral("FETCH FORWARD %1 FROM qdb_rows").arg(n));
-        const size_t before = rows.size();
+        const size_t before = rows.Count();
         readRows(q, n, rows);
-        position_ = first + qint64(rows.size() - before);
+        position_ = first + qint64(rows.Count() - before);
     }
 
     void Reset() override
@@ -226,7 +350,7 @@ public:
         }
         return count_;
     }
-    void Fetch(qint64 first, int n, std::vector<SQLRow> &rows) override
+    void Fetch(qint64 first, int n, SQLRows &rows) override
     {
         QList<QVariant> params = params_;
         params << n << first;

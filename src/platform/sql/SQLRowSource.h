@@ -11,7 +11,13 @@
 
 namespace qdb {
 
-using SQLRow = std::vector<QVariant>;
+// Rows as one run of values, `columns` to a row.
+struct SQLRows
+{
+    int columns = 0;
+    std::vector<Variant> values; // as the database hands them over, before typing
+    size_t Count() const { return columns ? values.size() / size_t(columns) : 0; }
+};
 
 // Positional access to the rows of a query without holding them: a data set asks for a run
 // of rows by position and keeps what it got in its own bounded cache.
@@ -25,7 +31,7 @@ public:
     // The exact number of rows, counted once.
     virtual qint64 Count() = 0;
     // Up to n rows from position first (0-based).
-    virtual void Fetch(qint64 first, int n, std::vector<SQLRow> &rows) = 0;
+    virtual void Fetch(qint64 first, int n, SQLRows &rows) = 0;
     // Lets go of the current statement, so that the connection can write.
     virtual void Pause() {}
     // Starts over on fresh data after the database changed.

@@ -3,9 +3,6 @@
 #include "platform/rtl/Conversions.h"
 
 #include <QRegularExpression>
-#include <QSqlResult>
-
-#include <sqlite3.h>
 
 namespace qdb {
 
@@ -33,29 +30,64 @@ TypeSize sizeOf(const QString &declared)
     return ts;
 }
 
-TDateTime parseStamp(const QString &text)
+// Reads digits at a position; -1 when they are not all there.
+int digits(QStringView t, qsizetype at, int count)
 {
-    const QString t = text.trimmed();
-    QDateTime dt = QDateTime::fromString(t, Qt::ISODateWithMs);
-    if (!dt.isValid())
-        dt = QDateTime::fromString(t, QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
-    if (!dt.isValid())
-        dt = QDateTime::fromString(t, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    if (dt.isValid())
-        return QDateTimeToDateTime(dt);
-    const QDate d = QDate::fromString(t.left(10), Qt::ISODate);
-    if (d.isValid())
-        return QDateToDateTime(d);
-    QTime tm = QTime::fromString(t, QStringLiteral("HH:mm:ss.zzz"));
-    if (!tm.isValid())
-        tm = QTime::fromString(t, QStringLiteral("HH:mm:ss"));
-    if (!tm.isValid())
-        tm = QTime::fromString(t, QStringLiteral("HH:mm"));
-    if (tm.isValid())
-        return QTimeToDateTime(tm);
-    bool ok = false;
-    const double serial = t.toDouble(&ok); // a stored day number
-    return ok ? serial : 0;
+    if (at + count > t.size())
+        return -1;
+    int v = 0;
+    for (int i = 0; i < count; ++i) {
+        const QChar c = t[at + i];
+        if (!c.isDigit())
+            return -1;
+        v = v * 10 + c.digitValue();
+    }
+    return v;
+}
+
+// The usual SQLite spellings: "yyyy-MM-dd", "yyyy-MM-dd HH:mm[:ss[.zzz]]" (or with a
+// 'T'), "HH:mm[:ss[.zzz]]", or a day number. Parsed by hand: this runs for every value
+// read, and Qt's date-time parsing consults the time zone each time.
+bool parseStamp(QStringView t, TDateTime &result)
+{
+    t = t.trimmed();
+    TDateTime date = 0;
+    qsizetype at = 0;
+    if (t.size() >= 10 && t[4] == QLatin1Char('-') && t[7] == QLatin1Char('-')) {
+        const int y = digits(t, 0, 4), m = digits(t, 5, 2), d = digits(t, 8, 2);
+        if (y < 0 || m < 0 || d < 0 || !TryEncodeDate(y, m, d, date))
+            return false;
+        at = 10;
+        if (at == t.size()) {
+            result = date;
+            return true;
+        }
+        if (t[at] != QLatin1Char(' ') && t[at] != QLatin1Char('T'))
+            return false;
+        ++at;
+    }
+    const int h = digits(t, at, 2), n = digits(t, at + 3, 2);
+    if (h < 0 || n < 0 || t[at + 2] != QLatin1Char(':')) {
+        bool ok = false;
+        const double serial = t.toDouble(&ok);
+        result = serial;
+        return ok && at == 0;
+    }
+    int s = 0, z = 0;
+    if (at + 5 < t.size() && t[at + 5] == QLatin1Char(':')) {
+        s = digits(t, at + 6, 2);
+        if (at + 8 < t.size() && (t[at + 8] == QLatin1Char('.') || t[at + 8] == QLatin1Char(','))) {
+            QStringView frac = t.mid(at + 9, 3);
+            z = 0;
+            for (qsizetype i = 0; i < 3; ++i)
+                z = z * 10 + (i < frac.size() && frac[i].isDigit() ? frac[i].digitValue() : 0);
+        }
+    }
+    TDateTime time = 0;
+    if (s < 0 || !TryEncodeTime(h, n, s, z, time))
+        return false;
+    result = ComposeDateTime(date, time);
+    return true;
 }
 
 } // namespace
@@ -156,56 +188,53 @@ TFieldDef FieldDefFromSqlField(const QSqlField &field, TSQLDialect dialect)
     return def;
 }
 
-QStringList SQLiteDeclaredTypes(const QSqlQuery &query)
-{
-    QStringList types;
-    const QVariant handle = query.result() ? query.result()->handle() : QVariant();
-    auto *stmt = handle.isValid() && qstrcmp(handle.typeName(), "sqlite3_stmt*") == 0
-        ? *static_cast<sqlite3_stmt *const *>(handle.constData())
-        : nullptr;
-    const int n = stmt ? sqlite3_column_count(stmt) : 0;
-    for (int i = 0; i < n; ++i) {
-        const char *declared = sqlite3_column_decltype(stmt, i);
-        types << (declared ? QString::fromUtf8(declared) : QString());
-    }
-    return types;
-}
-
-Variant FromDatabase(const QVariant &value, const TField *field, TSQLDialect dialect)
+Variant FromDatabase(const Variant &value, const TField *field, TSQLDialect dialect)
 {
     Q_UNUSED(dialect);
-    if (!value.isValid() || value.isNull())
+    if (value.IsClear())
         return Variant::Null();
-    switch (field->ValueType()) {
+    const VarType target = field->ValueType();
+    if (value.Type() == target)
+        return value;
+    const QString *text = value.StringPtr();
+    switch (target) {
     case VarType::Boolean:
-        if (value.metaType().id() == QMetaType::QString) {
+        if (text) {
             bool b = false;
-            return TryStrToBool(value.toString(), b) ? Variant(b) : Variant(value.toString() == QLatin1String("t"));
+            return TryStrToBool(*text, b) ? Variant(b) : Variant(*text == QLatin1String("t"));
         }
-        return value.toBool();
-    case VarType::Integer: return value.toLongLong();
-    case VarType::Double: return value.toDouble();
+        return value.ToBool();
+    case VarType::Integer:
+        if (text) {
+            bool ok = false;
+            const qint64 i = text->toLongLong(&ok);
+            return ok ? Variant(i) : Variant::Null();
+        }
+        return value.ToInt64();
+    case VarType::Double:
+        if (text) {
+            bool ok = false;
+            const double d = text->toDouble(&ok);
+            return ok ? Variant(d) : Variant::Null();
+        }
+        return value.ToDouble();
     case VarType::Currency: {
         Currency c;
-        const QString text = value.metaType().id() == QMetaType::QString ? value.toString()
-                                                                         : QString::number(value.toDouble(), 'f', 4);
-        if (TryStrToCurr(text, c, TFormatSettings::Invariant()))
-            return c;
-        return Currency::FromDouble(value.toDouble());
+        if (text)
+            return TryStrToCurr(*text, c, TFormatSettings::Invariant()) ? Variant(c) : Variant::Null();
+        return Currency::FromDouble(value.ToDouble());
     }
-    case VarType::DateTime:
-        switch (value.metaType().id()) {
-        case QMetaType::QDateTime: return Variant::FromDateTime(QDateTimeToDateTime(value.toDateTime()));
-        case QMetaType::QDate: return Variant::FromDateTime(QDateToDateTime(value.toDate()));
-        case QMetaType::QTime: return Variant::FromDateTime(QTimeToDateTime(value.toTime()));
-        case QMetaType::Double:
-        case QMetaType::Int:
-        case QMetaType::LongLong: return Variant::FromDateTime(value.toDouble());
-        default: return Variant::FromDateTime(parseStamp(value.toString()));
-        }
-    case VarType::Bytes: return value.toByteArray();
-    case VarType::String: return value.toString();
-    default: return Variant::FromQVariant(value);
+    case VarType::DateTime: {
+        if (!text)
+            return Variant::FromDateTime(value.ToDouble()); // a stored day number
+        TDateTime dt = 0;
+        if (!parseStamp(*text, dt))
+            return Variant::Null(); // text that is no date reads as empty, not as a wrong date
+        return Variant::FromDateTime(dt);
+    }
+    case VarType::Bytes: return value.ToBytes();
+    case VarType::String: return text ? value : Variant(value.ToString());
+    default: return value;
     }
 }
 
@@ -220,14 +249,16 @@ QVariant ToDatabase(const Variant &value, const TField *field, TSQLDialect diale
     case VarType::Double: return value.ToDouble();
     case VarType::Currency: return sqlite ? QVariant(value.ToCurrency().ToDouble()) : QVariant(value.ToCurrency().ToString());
     case VarType::DateTime: {
-        const QDateTime dt = DateTimeToQDateTime(value.ToDateTime());
+        const QDate d = DateTimeToQDate(value.ToDateTime());
+        const QTime t = DateTimeToQTime(value.ToDateTime());
         switch (field->DataType()) {
-        case ftDate: return sqlite ? QVariant(dt.date().toString(Qt::ISODate)) : QVariant(dt.date());
-        case ftTime: return sqlite ? QVariant(dt.time().toString(QStringLiteral("HH:mm:ss"))) : QVariant(dt.time());
+        case ftDate: return sqlite ? QVariant(d.toString(Qt::ISODate)) : QVariant(d);
+        case ftTime: return sqlite ? QVariant(t.toString(QStringLiteral("HH:mm:ss"))) : QVariant(t);
         default:
-            return sqlite ? QVariant(dt.toString(dt.time().msec() ? QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")
-                                                                   : QStringLiteral("yyyy-MM-dd HH:mm:ss")))
-                          : QVariant(dt);
+            if (!sqlite)
+                return QDateTime(d, t);
+            return d.toString(Qt::ISODate) + QLatin1Char(' ')
+                + t.toString(t.msec() ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss"));
         }
     }
     case VarType::Bytes: return value.ToBytes();

@@ -14,12 +14,14 @@ namespace qdb {
 // driver's column type and sizes for other databases.
 TFieldDef FieldDefFromDeclaredType(const QString &name, const QString &declaredType, QMetaType valueType);
 TFieldDef FieldDefFromSqlField(const QSqlField &field, TSQLDialect dialect);
-// The declared types of a SQLite query's columns (empty for expressions).
-QStringList SQLiteDeclaredTypes(const QSqlQuery &query);
 
 // Values in the form each database keeps them. SQLite has no date or boolean type: dates
 // are text ("yyyy-MM-dd", "yyyy-MM-dd HH:mm:ss", "HH:mm:ss") and booleans 0 or 1.
-Variant FromDatabase(const QVariant &value, const TField *field, TSQLDialect dialect);
+Variant FromDatabase(const Variant &value, const TField *field, TSQLDialect dialect);
+inline Variant FromDatabase(const QVariant &value, const TField *field, TSQLDialect dialect)
+{
+    return FromDatabase(Variant::FromQVariant(value), field, dialect);
+}
 QVariant ToDatabase(const Variant &value, const TField *field, TSQLDialect dialect);
 
 } // namespace qdb
