@@ -2,6 +2,7 @@
 
 #include "SQLFilter.h"
 #include "SQLRowSource.h"
+#include "SQLText.h"
 #include "SQLTypes.h"
 
 #include "platform/db/DBConsts.h"
@@ -18,51 +19,6 @@
 #include <QSqlRecord>
 
 namespace qdb {
-
-namespace {
-
-bool isWordChar(QChar c)
-{
-    return c.isLetterOrNumber() || c == QLatin1Char('_');
-}
-
-// Positions of a keyword at the top level of a statement: outside quotes, comments and
-// parentheses.
-QList<qsizetype> topLevelKeyword(const QString &sql, QLatin1String word)
-{
-    QList<qsizetype> found;
-    int depth = 0;
-    const qsizetype n = sql.size();
-    for (qsizetype i = 0; i < n; ++i) {
-        const QChar c = sql[i];
-        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
-            const qsizetype end = sql.indexOf(c, i + 1);
-            i = end < 0 ? n : end;
-        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
-            const qsizetype end = sql.indexOf(QLatin1Char('\n'), i);
-            i = end < 0 ? n : end;
-        } else if (c == QLatin1Char('(')) {
-            ++depth;
-        } else if (c == QLatin1Char(')')) {
-            --depth;
-        } else if (depth == 0 && QStringView(sql).mid(i).startsWith(word, Qt::CaseInsensitive)
-                   && (i == 0 || !isWordChar(sql[i - 1]))
-                   && (i + word.size() >= n || !isWordChar(sql[i + word.size()]))) {
-            found << i;
-        }
-    }
-    return found;
-}
-
-QString stripSemicolon(QString sql)
-{
-    sql = sql.trimmed();
-    while (sql.endsWith(QLatin1Char(';')))
-        sql.chop(1);
-    return sql.trimmed();
-}
-
-} // namespace
 
 // ---- TParams ----
 
@@ -132,23 +88,6 @@ QString TCustomSQLDataSet::Quote(const QString &name) const
     return parts.join(QLatin1Char('.'));
 }
 
-QPair<QString, QString> TCustomSQLDataSet::SplitOrderBy(const QString &statement)
-{
-    const QString sql = stripSemicolon(statement);
-    const QList<qsizetype> orders = topLevelKeyword(sql, QLatin1String("ORDER"));
-    if (orders.isEmpty())
-        return {sql, QString()};
-    const qsizetype at = orders.last();
-    QString rest = sql.mid(at + 5).trimmed();
-    if (!rest.startsWith(QLatin1String("BY"), Qt::CaseInsensitive))
-        return {sql, QString()};
-    rest = rest.mid(2).trimmed();
-    // A LIMIT after the order belongs to the inner statement; leave it whole.
-    if (!topLevelKeyword(rest, QLatin1String("LIMIT")).isEmpty() || !topLevelKeyword(rest, QLatin1String("OFFSET")).isEmpty())
-        return {sql, QString()};
-    return {sql.left(at).trimmed(), rest};
-}
-
 void TCustomSQLDataSet::openSource()
 {
     if (!connection_)
@@ -156,7 +95,7 @@ void TCustomSQLDataSet::openSource()
     QList<QVariant> params;
     for (const Variant &p : SelectParams())
         params << p.ToQVariant();
-    QString sql = stripSemicolon(SelectSQL());
+    QString sql = StripSemicolon(SelectSQL());
     if (Filtered() && !Filter().trimmed().isEmpty() && FieldList().Count() > 0) {
         FilterExpression expr(Filter());
         expr.Bind(this, FilterOptions());

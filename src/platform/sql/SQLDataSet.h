@@ -85,9 +85,6 @@ protected:
     bool GetCanModify() const override;
     void FilterChanged() override;
 
-    // Splits a trailing ORDER BY clause off a statement: {body, order} (order without the
-    // keywords, empty when there is none).
-    static QPair<QString, QString> SplitOrderBy(const QString &sql);
     QString Quote(const QString &name) const;
 
 private:

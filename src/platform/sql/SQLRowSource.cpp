@@ -1,5 +1,6 @@
 #include "SQLRowSource.h"
 
+#include "SQLText.h"
 #include "SQLTypes.h"
 
 #include "platform/rtl/Exceptions.h"
@@ -209,7 +210,8 @@ public:
     qint64 Count() override
     {
         if (count_ < 0)
-            count_ = SQLiteStatement(db_, QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(sql_), params_).Scalar();
+            count_ = SQLiteStatement(db_, QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(SplitOrderBy(sql_).first), params_)
+                         .Scalar(); // the order costs a sort and does not change the count
         return count_;
     }
 
@@ -345,7 +347,7 @@ public:
     qint64 Count() override
     {
         if (count_ < 0) {
-            QSqlQuery q = execute(db_, QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_count").arg(sql_), params_);
+            QSqlQuery q = execute(db_, QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_count").arg(SplitOrderBy(sql_).first), params_);
             count_ = q.next() ? q.value(0).toLongLong() : 0;
         }
         return count_;
