@@ -435,6 +435,11 @@ void TField::Change()
     Fire(OnChange, this);
 }
 
+void TField::ParseError(const QString &message, const QString &text) const
+{
+    DatabaseError(message.arg(text, DisplayName()), dataSet_);
+}
+
 void TField::AccessError(const QString &typeName) const
 {
     DatabaseError(DBConsts::SFieldAccessError().arg(DisplayName(), typeName), dataSet_);
@@ -476,6 +481,19 @@ void TNumericField::SetDisplayFormat(const QString &f)
 {
     displayFormat_ = f;
     layoutChanged(DataSet());
+}
+
+QString TNumericField::NumberText(bool displayText, bool currency,
+                                 QString (*plain)(const Variant &, const TNumericField *)) const
+{
+    if (OnGetText || !displayFormat_.isEmpty() || !editFormat_.isEmpty())
+        return TNumericField::GetText(displayText);
+    const Variant v = Value();
+    if (v.IsClear())
+        return QString();
+    if (currency && displayText)
+        return Format(QStringLiteral("%m"), {v.ToDouble()});
+    return plain(v, this);
 }
 
 QString TNumericField::GetText(bool displayText) const
@@ -527,14 +545,9 @@ void TIntegerField::SetAsLargeInt(qint64 v)
 
 void TIntegerField::SetAsString(const QString &text)
 {
-    if (text.trimmed().isEmpty()) {
-        Clear();
-        return;
-    }
-    qint64 v;
-    if (!TryStrToInt64(text, v))
-        DatabaseError(DBConsts::SInvalidIntegerValue().arg(text, DisplayName()), DataSet());
-    SetAsLargeInt(v);
+    setFromText<qint64>(text, DBConsts::SInvalidIntegerValue(),
+                        [](const QString &t, qint64 &v) { return TryStrToInt64(t, v); },
+                        [this](qint64 v) { SetAsLargeInt(v); });
 }
 
 TAutoIncField::TAutoIncField(QObject *parent) : TIntegerField(ftAutoInc, parent) {}
@@ -555,26 +568,17 @@ void TFloatField::SetAsFloat(double v)
 
 void TFloatField::SetAsString(const QString &text)
 {
-    if (text.trimmed().isEmpty()) {
-        Clear();
-        return;
-    }
-    double v;
-    if (!TryStrToFloat(text, v))
-        DatabaseError(DBConsts::SInvalidFloatValue().arg(text, DisplayName()), DataSet());
-    SetAsFloat(v);
+    setFromText<double>(text, DBConsts::SInvalidFloatValue(),
+                        [](const QString &t, double &v) { return TryStrToFloat(t, v); },
+                        [this](double v) { SetAsFloat(v); });
 }
 
 QString TFloatField::GetText(bool displayText) const
 {
-    if (OnGetText || !DisplayFormat().isEmpty() || !EditFormat().isEmpty())
-        return TNumericField::GetText(displayText);
-    const Variant v = Value();
-    if (v.IsClear())
-        return QString();
-    if (currency_ && displayText)
-        return Format(QStringLiteral("%m"), {v.ToDouble()});
-    return FormatGeneral(v.ToDouble(), precision_, FormatSettings().DecimalSeparator);
+    return NumberText(displayText, currency_, [](const Variant &v, const TNumericField *f) {
+        return FormatGeneral(v.ToDouble(), static_cast<const TFloatField *>(f)->precision_,
+                             FormatSettings().DecimalSeparator);
+    });
 }
 
 TCurrencyField::TCurrencyField(QObject *parent) : TFloatField(ftCurrency, parent)
@@ -592,26 +596,15 @@ TBCDField::TBCDField(TFieldType type, QObject *parent) : TNumericField(parent)
 
 void TBCDField::SetAsString(const QString &text)
 {
-    if (text.trimmed().isEmpty()) {
-        Clear();
-        return;
-    }
-    Currency c;
-    if (!TryStrToCurr(text, c))
-        DatabaseError(DBConsts::SInvalidFloatValue().arg(text, DisplayName()), DataSet());
-    SetAsCurrency(c);
+    setFromText<Currency>(text, DBConsts::SInvalidFloatValue(),
+                          [](const QString &t, Currency &v) { return TryStrToCurr(t, v); },
+                          [this](Currency v) { SetAsCurrency(v); });
 }
 
 QString TBCDField::GetText(bool displayText) const
 {
-    if (OnGetText || !DisplayFormat().isEmpty() || !EditFormat().isEmpty())
-        return TNumericField::GetText(displayText);
-    const Variant v = Value();
-    if (v.IsClear())
-        return QString();
-    if (currency_ && displayText)
-        return Format(QStringLiteral("%m"), {v.ToDouble()});
-    return CurrToStr(v.ToCurrency());
+    return NumberText(displayText, currency_,
+                      [](const Variant &v, const TNumericField *) { return CurrToStr(v.ToCurrency()); });
 }
 
 // ---- other scalars ----
@@ -692,20 +685,13 @@ QString TDateTimeField::AsString() const
 
 void TDateTimeField::SetAsString(const QString &text)
 {
-    if (text.trimmed().isEmpty()) {
-        Clear();
-        return;
-    }
-    TDateTime dt;
-    bool ok = false;
-    switch (DataType()) {
-    case ftDate: ok = TryStrToDate(text, dt); break;
-    case ftTime: ok = TryStrToTime(text, dt); break;
-    default: ok = TryStrToDateTime(text, dt); break;
-    }
-    if (!ok)
-        DatabaseError(DBConsts::SInvalidDateValue().arg(text, DisplayName()), DataSet());
-    SetAsDateTime(dt);
+    const TFieldType type = DataType();
+    setFromText<TDateTime>(
+        text, DBConsts::SInvalidDateValue(),
+        [type](const QString &t, TDateTime &v) {
+            return type == ftDate ? TryStrToDate(t, v) : type == ftTime ? TryStrToTime(t, v) : TryStrToDateTime(t, v);
+        },
+        [this](TDateTime v) { SetAsDateTime(v); });
 }
 
 QString TDateTimeField::GetText(bool displayText) const

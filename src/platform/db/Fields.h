@@ -163,6 +163,21 @@ protected:
     // Reads the value as T through a conversion; a failed conversion is an access error.
     template<typename T, typename F>
     T readAs(const char *typeName, F convert) const;
+    // Writes typed text: empty clears, text that does not parse raises `message` (with the
+    // text and the field's name) and changes nothing.
+    template<typename T, typename Parse, typename Set>
+    void setFromText(const QString &text, const QString &message, Parse parse, Set set)
+    {
+        if (text.trimmed().isEmpty()) {
+            Clear();
+            return;
+        }
+        T value{};
+        if (!parse(text, value))
+            ParseError(message, text);
+        set(value);
+    }
+    [[noreturn]] void ParseError(const QString &message, const QString &text) const;
     [[noreturn]] void RangeError(double value, double min, double max) const;
     void CheckInactive() const;
 
@@ -229,6 +244,10 @@ class TNumericField : public TField
     Q_OBJECT
     Q_PROPERTY(QString DisplayFormat READ DisplayFormat WRITE SetDisplayFormat)
     Q_PROPERTY(QString EditFormat READ EditFormat WRITE SetEditFormat)
+protected:
+    // The formats when set, money for a currency display, else the plain text.
+    QString NumberText(bool displayText, bool currency, QString (*plain)(const Variant &, const TNumericField *)) const;
+
 public:
     explicit TNumericField(QObject *parent = nullptr);
     // A Format specifier such as "%.2f" or "%d", applied to the display or edit text.

@@ -21,28 +21,6 @@ QString tr(const char *text)
     return QCoreApplication::translate("qdb", text);
 }
 
-// Calls f for each character position outside quoted text and comments.
-template<typename F>
-void scanCode(const QString &sql, F f)
-{
-    const qsizetype n = sql.size();
-    for (qsizetype i = 0; i < n; ++i) {
-        const QChar c = sql[i];
-        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
-            const qsizetype end = sql.indexOf(c, i + 1);
-            i = end < 0 ? n : end;
-        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
-            const qsizetype end = sql.indexOf(QLatin1Char('\n'), i);
-            i = end < 0 ? n : end;
-        } else if (c == QLatin1Char('/') && i + 1 < n && sql[i + 1] == QLatin1Char('*')) {
-            const qsizetype end = sql.indexOf(QLatin1String("*/"), i + 2);
-            i = end < 0 ? n : end + 1;
-        } else {
-            f(i);
-        }
-    }
-}
-
 QSqlQuery execute(QSqlDatabase db, const QString &sql, const QList<QVariant> &params)
 {
     QSqlQuery q(db);
@@ -374,7 +352,7 @@ private:
 QString InlineParameters(const QString &sql, const QList<QVariant> &params, const QSqlDriver *driver)
 {
     QList<qsizetype> marks;
-    scanCode(sql, [&](qsizetype i) {
+    ScanCode(sql, [&](qsizetype i) {
         if (sql[i] == QLatin1Char('?'))
             marks << i;
     });

@@ -24,24 +24,16 @@ QList<qsizetype> TopLevelKeyword(const QString &sql, QLatin1String word)
     QList<qsizetype> found;
     int depth = 0;
     const qsizetype n = sql.size();
-    for (qsizetype i = 0; i < n; ++i) {
+    ScanCode(sql, [&](qsizetype i) {
         const QChar c = sql[i];
-        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
-            const qsizetype end = sql.indexOf(c, i + 1);
-            i = end < 0 ? n : end;
-        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
-            const qsizetype end = sql.indexOf(QLatin1Char('\n'), i);
-            i = end < 0 ? n : end;
-        } else if (c == QLatin1Char('(')) {
+        if (c == QLatin1Char('('))
             ++depth;
-        } else if (c == QLatin1Char(')')) {
+        else if (c == QLatin1Char(')'))
             --depth;
-        } else if (depth == 0 && QStringView(sql).mid(i).startsWith(word, Qt::CaseInsensitive)
-                   && (i == 0 || !isWordChar(sql[i - 1]))
-                   && (i + word.size() >= n || !isWordChar(sql[i + word.size()]))) {
+        else if (depth == 0 && QStringView(sql).mid(i).startsWith(word, Qt::CaseInsensitive)
+                 && (i == 0 || !isWordChar(sql[i - 1])) && (i + word.size() >= n || !isWordChar(sql[i + word.size()])))
             found << i;
-        }
-    }
+    });
     return found;
 }
 

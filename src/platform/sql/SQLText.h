@@ -8,6 +8,28 @@ namespace qdb {
 
 // Helpers that read the text of SQL statements: they skip quoted text and comments.
 
+// Calls f(i) for each position of the statement outside quoted text and comments.
+template<typename F>
+void ScanCode(const QString &sql, F f)
+{
+    const qsizetype n = sql.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const QChar c = sql[i];
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            const qsizetype end = sql.indexOf(c, i + 1);
+            i = end < 0 ? n : end;
+        } else if (c == QLatin1Char('-') && i + 1 < n && sql[i + 1] == QLatin1Char('-')) {
+            const qsizetype end = sql.indexOf(QLatin1Char('\n'), i);
+            i = end < 0 ? n : end;
+        } else if (c == QLatin1Char('/') && i + 1 < n && sql[i + 1] == QLatin1Char('*')) {
+            const qsizetype end = sql.indexOf(QLatin1String("*/"), i + 2);
+            i = end < 0 ? n : end + 1;
+        } else {
+            f(i);
+        }
+    }
+}
+
 // The statement without trailing blanks and semicolons.
 QString StripSemicolon(const QString &sql);
 // Positions of a keyword at the top level: outside quotes, comments and parentheses.
