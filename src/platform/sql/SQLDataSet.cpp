@@ -203,7 +203,7 @@ const Variant *TCustomSQLDataSet::row(qint64 position) const
                 continue;
             for (size_t r = 0; r < page.rows; ++r)
                 page.values[r * size_t(width()) + size_t(no - 1)] =
-                    FromDatabase(raw.values[r * size_t(raw.columns) + size_t(column)], f, dialect);
+                    FromDatabase(std::move(raw.values[r * size_t(raw.columns) + size_t(column)]), f, dialect);
         }
         if (pages_.size() >= MaxPages) { // the page looked at longest ago goes
             auto oldest = pages_.begin();

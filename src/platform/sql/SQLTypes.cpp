@@ -37,10 +37,10 @@ int digits(QStringView t, qsizetype at, int count)
         return -1;
     int v = 0;
     for (int i = 0; i < count; ++i) {
-        const QChar c = t[at + i];
-        if (!c.isDigit())
+        const char16_t c = t[at + i].unicode();
+        if (c < u'0' || c > u'9')
             return -1;
-        v = v * 10 + c.digitValue();
+        v = v * 10 + (c - u'0');
     }
     return v;
 }
@@ -188,14 +188,14 @@ TFieldDef FieldDefFromSqlField(const QSqlField &field, TSQLDialect dialect)
     return def;
 }
 
-Variant FromDatabase(const Variant &value, const TField *field, TSQLDialect dialect)
+Variant FromDatabase(Variant value, const TField *field, TSQLDialect dialect)
 {
     Q_UNUSED(dialect);
     if (value.IsClear())
         return Variant::Null();
     const VarType target = field->ValueType();
     if (value.Type() == target)
-        return value;
+        return value; // moved out
     const QString *text = value.StringPtr();
     switch (target) {
     case VarType::Boolean:
@@ -233,7 +233,7 @@ Variant FromDatabase(const Variant &value, const TField *field, TSQLDialect dial
         return Variant::FromDateTime(dt);
     }
     case VarType::Bytes: return value.ToBytes();
-    case VarType::String: return text ? value : Variant(value.ToString());
+    case VarType::String: return text ? std::move(value) : Variant(value.ToString());
     default: return value;
     }
 }

@@ -17,7 +17,8 @@ TFieldDef FieldDefFromSqlField(const QSqlField &field, TSQLDialect dialect);
 
 // Values in the form each database keeps them. SQLite has no date or boolean type: dates
 // are text ("yyyy-MM-dd", "yyyy-MM-dd HH:mm:ss", "HH:mm:ss") and booleans 0 or 1.
-Variant FromDatabase(const Variant &value, const TField *field, TSQLDialect dialect);
+// Takes the value by value: a value already of the field's kind is moved, not copied.
+Variant FromDatabase(Variant value, const TField *field, TSQLDialect dialect);
 inline Variant FromDatabase(const QVariant &value, const TField *field, TSQLDialect dialect)
 {
     return FromDatabase(Variant::FromQVariant(value), field, dialect);
