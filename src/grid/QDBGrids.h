@@ -1,0 +1,7 @@
+#pragma once
+
+// The grid unit: the grid, its columns, data links, order, selection, totals and settings.
+// Each concern has a header of its own behind this one.
+
+#include "QDBGridsOrderRegistry.h"
+#include "QDBGridsOrderText.h"
