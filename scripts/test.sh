@@ -14,11 +14,18 @@ jobs=$(nproc)
 if [ -x /usr/lib/postgresql/15/bin/initdb ] && [ -z "${QDB_PG_URL:-}" ]; then
   pgdir=$(mktemp -d /tmp/qdb-pg.XXXXXX)
   chmod 755 "$pgdir"
-  trap 'scripts/pg-server.sh stop "$pgdir/pg"; rm -rf "$pgdir"' EXIT
-  port=$(( 20000 + RANDOM % 20000 ))
-  QDB_PG_URL=$(scripts/pg-server.sh start "$pgdir/pg" "$port")
-  export QDB_PG_URL
-  echo "PostgreSQL for the tests: $QDB_PG_URL"
+  trap 'rm -rf "$pgdir"' EXIT
+  for attempt in 1 2 3; do
+    port=$(( 20000 + RANDOM % 20000 ))
+    if QDB_PG_URL=$(scripts/pg-server.sh start "$pgdir/pg$attempt" "$port"); then
+      trap 'scripts/pg-server.sh stop "$pgdir/pg'"$attempt"'"; rm -rf "$pgdir"' EXIT
+      export QDB_PG_URL
+      echo "PostgreSQL for the tests: $QDB_PG_URL"
+      break
+    fi
+    echo "PostgreSQL did not start on port $port (see $pgdir/pg$attempt/server.log)" >&2
+  done
+  [ -n "${QDB_PG_URL:-}" ] || echo "The PostgreSQL cases will be skipped." >&2
 fi
 
 suite() {
