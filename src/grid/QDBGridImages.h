@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QImage>
+#include <QList>
+#include <QPixmap>
+#include <QString>
+
+class QPainter;
+
+namespace qdb {
+
+// The drawn bitmaps of the grid (indicator, sort markers, check boxes, expand boxes), kept
+// as resources in five densities: NAME for 96 pixels per inch and NAME_125, NAME_150,
+// NAME_175, NAME_200 for 120, 144, 168 and 192.
+
+struct TDensityVariant
+{
+    QString suffix;
+    int ppi;
+};
+// The variant for a display density: the largest whose density the display reaches.
+TDensityVariant DensityVariant(int ppi);
+// The variant's strip, rescaled to the display density when it differs, with its olive
+// pixels made transparent.
+QImage LoadDensityBitmap(const QString &name, int ppi);
+
+// A strip cut into square images of its height.
+class TGridImageList
+{
+public:
+    static TGridImageList FromStrip(const QImage &strip);
+    static TGridImageList Load(const QString &name, int ppi) { return FromStrip(LoadDensityBitmap(name, ppi)); }
+
+    int Count() const { return int(images_.size()); }
+    int Size() const { return size_; }
+    const QPixmap &Image(int index) const { return images_.at(index); }
+    void Draw(QPainter &painter, int x, int y, int index) const;
+
+private:
+    QList<QPixmap> images_;
+    int size_ = 0;
+};
+
+// Makes the olive pixels (the bitmaps' transparent colour) transparent.
+QImage MaskOlive(const QImage &image);
+
+} // namespace qdb
