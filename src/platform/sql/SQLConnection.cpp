@@ -151,8 +151,13 @@ void TSQLConnection::SetConnected(bool on)
             db.setConnectOptions(QStringLiteral("connect_timeout=10"));
         opened = db.open();
         error = db.lastError();
-        if (opened && Dialect() == TSQLDialect::SQLite)
+        if (opened && Dialect() == TSQLDialect::SQLite) {
             QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
+            // Data sets keep a statement open while rows are looked at; in the default journal
+            // mode that would lock out every other writer of the file.
+            if (databaseName_ != QLatin1String(":memory:"))
+                QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+        }
         if (opened && Dialect() == TSQLDialect::PostgreSQL) // notices are not for the user's console
             QSqlQuery(db).exec(QStringLiteral("SET client_min_messages TO WARNING"));
     }

@@ -150,3 +150,37 @@ TEST_F(RecordWindow, EmptyTable)
     empty->Edit(); // editing an empty table inserts
     EXPECT_EQ(empty->State(), dsInsert);
 }
+
+TEST_F(RecordWindow, LinkRecordsStayInsideTheWindow)
+{
+    table->MoveBy(10);
+    EXPECT_EQ(link->RecordCount(), 5);
+    link->SetActiveRecord(2);
+    const int qty = table->FieldByName(QStringLiteral("Qty"))->AsInteger();
+    link->SetActiveRecord(99); // beyond the window: the last record of the window
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Qty"))->AsInteger(), qty + 2);
+    link->SetActiveRecord(-5);
+    EXPECT_EQ(link->ActiveRecord(), 0);
+    // A second link with a larger window widens the data set's window for both.
+    WindowLink wide(&source, 8);
+    EXPECT_EQ(table->BufferCount(), 8);
+    EXPECT_EQ(link->RecordCount(), 5);
+    EXPECT_EQ(wide.RecordCount(), 8);
+}
+
+TEST_F(RecordWindow, RefreshAndLookupOfSeveralFields)
+{
+    table->SetRecNo(12);
+    table->Refresh();
+    EXPECT_EQ(table->RecNo(), 12);
+    const Variant both = table->Lookup(QStringLiteral("Qty"), 7, QStringLiteral("Name;Paid"));
+    EXPECT_EQ(both, VarArrayOf({QStringLiteral("r7"), false}));
+    EXPECT_EQ(table->RecNo(), 12); // a lookup does not move the window
+    EXPECT_EQ(table->FieldValues(QStringLiteral("Qty;Name")), VarArrayOf({12, QStringLiteral("r12")}));
+    table->Edit();
+    table->SetFieldValues(QStringLiteral("Qty;Name"), VarArrayOf({99, QStringLiteral("x")}));
+    table->ClearFields();
+    EXPECT_TRUE(table->FieldByName(QStringLiteral("Name"))->IsNull());
+    table->Cancel();
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Name"))->AsString(), QStringLiteral("r12"));
+}

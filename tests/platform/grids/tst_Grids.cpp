@@ -219,3 +219,24 @@ TEST(Grid, PaintsLinesInTheLineColour)
     EXPECT_EQ(image.pixel(g.CellRect(1, 1).center()), g.palette().color(QPalette::Highlight).rgb());
     EXPECT_EQ(image.pixel(g.CellRect(2, 0).center()), g.palette().color(QPalette::Button).rgb());
 }
+
+TEST(Grid, ResizingAndRowSelection)
+{
+    TestGrid g;
+    g.show();
+    const int before = g.VisibleRowCount();
+    g.resize(g.width(), g.height() + 4 * 21);
+    EXPECT_EQ(g.VisibleRowCount(), before + 4);
+    EXPECT_EQ(g.verticalScrollBar()->pageStep(), g.VisibleRowCount());
+    g.SetTopRow(99);
+    g.resize(g.width(), g.height() + 10 * 21); // growing at the end pulls rows back into view
+    EXPECT_EQ(g.TopRow() + g.VisibleRowCount(), 100);
+
+    g.SetOptions(g.Options() + goRowSelect + goEditing);
+    QTest::keyClick(&g, Qt::Key_F2);
+    EXPECT_FALSE(g.EditorMode()); // a row-select grid does not edit cells
+    g.SetFixedCols(3);
+    EXPECT_GE(g.Col(), 3);
+    g.SetFixedCols(99);
+    EXPECT_EQ(g.FixedCols(), g.ColCount());
+}

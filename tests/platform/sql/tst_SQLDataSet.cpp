@@ -346,3 +346,48 @@ TEST(SampleDatabase, OpensWithItsTypes)
     orders.SetFilter(QStringLiteral("OrderDate >= '2024-01-01'"));
     EXPECT_GT(orders.RecordCount(), 3000);
 }
+
+TEST_P(SQLDataSetTest, RefreshSeesChangesMadeElsewhere)
+{
+    table.Open();
+    table.SetRecNo(3);
+    TSQLConnection other; // another connection changes the table behind the data set's back
+    other.SetConnectionString(connection.ConnectionString());
+    other.SetPassword(connection.Password());
+    other.SetCreateDatabase(true);
+    other.ExecSQL(QStringLiteral("UPDATE orders SET name = 'changed elsewhere' WHERE id = 3"));
+    other.ExecSQL(QStringLiteral("DELETE FROM orders WHERE id > 590"));
+    EXPECT_EQ(F(table, "name")->AsString(), QStringLiteral("r3")); // still the rows it read
+    table.Refresh();
+    EXPECT_EQ(table.RecNo(), 3);
+    EXPECT_EQ(F(table, "name")->AsString(), QStringLiteral("changed elsewhere"));
+    EXPECT_EQ(table.RecordCount(), 590);
+}
+
+TEST_P(SQLDataSetTest, PostsJoinTheApplicationsTransaction)
+{
+    table.Open();
+    connection.StartTransaction();
+    table.Edit();
+    F(table, "name")->SetAsString(QStringLiteral("in a transaction"));
+    table.Post();
+    EXPECT_TRUE(connection.InTransaction()); // the post did not commit it
+    connection.Rollback();
+    EXPECT_EQ(scalar(QStringLiteral("SELECT name FROM orders WHERE id = 1")).ToString(), QStringLiteral("r1"));
+    EXPECT_THROW(connection.Commit(), EDatabaseError); // nothing to commit
+}
+
+TEST_P(SQLDataSetTest, AQualifiedOrderStaysOutsideTheFilter)
+{
+    TSQLQuery query;
+    query.SetConnection(&connection);
+    query.SQL()->SetText(QStringLiteral("SELECT o.id, o.qty FROM orders o WHERE o.qty < 50 ORDER BY o.qty DESC"));
+    query.Open();
+    query.SetFilter(QStringLiteral("qty > 40"));
+    query.SetFiltered(true);
+    EXPECT_EQ(query.RecordCount(), 9);
+    EXPECT_EQ(F(query, "qty")->AsInteger(), 49);
+    query.Last();
+    EXPECT_EQ(F(query, "qty")->AsInteger(), 41);
+    EXPECT_EQ(query.RecNo(), 9);
+}
