@@ -156,3 +156,22 @@ TEST(RegistryIniFile, RoundTripAndErase)
     reg.ReadSectionValues(QStringLiteral("Other"), lines);
     EXPECT_EQ(lines.ToStringList(), QStringList{QStringLiteral("X=1")});
 }
+
+TEST_F(IniFileTest, KeysSectionsAndTypedReads)
+{
+    WriteTextFile(path(), "\xEF\xBB\xBF[One]\nFlag=1\nRatio=2.5\nCount=x\n[Two]\nA=1\n");
+    TIniFile ini(path());
+    TStringList sections;
+    ini.ReadSections(sections);
+    EXPECT_EQ(sections.ToStringList(), QStringList({"One", "Two"}));
+    EXPECT_TRUE(ini.ReadBool(QStringLiteral("One"), QStringLiteral("Flag"), false));
+    EXPECT_EQ(ini.ReadInteger(QStringLiteral("One"), QStringLiteral("Count"), 7), 7); // not a number: the default
+    {
+        ScopedFormatSettings fs(TFormatSettings::Invariant());
+        EXPECT_EQ(ini.ReadFloat(QStringLiteral("One"), QStringLiteral("Ratio"), 0), 2.5);
+    }
+    ini.DeleteKey(QStringLiteral("one"), QStringLiteral("FLAG"));
+    EXPECT_FALSE(ini.ValueExists(QStringLiteral("One"), QStringLiteral("Flag")));
+    EXPECT_TRUE(ini.ValueExists(QStringLiteral("One"), QStringLiteral("Ratio")));
+    EXPECT_FALSE(ReadTextFile(path()).startsWith(QChar(0xFEFF))); // written back as plain UTF-8
+}

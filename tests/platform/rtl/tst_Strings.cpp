@@ -156,3 +156,19 @@ TEST(Strings, AssignMoveAndIndexErrors)
         seen << s;
     EXPECT_EQ(seen, lines(a));
 }
+
+TEST(Strings, CustomSortAndSeparators)
+{
+    TStringList list;
+    list.AddStrings(QStringList{QStringLiteral("10"), QStringLiteral("9"), QStringLiteral("100")});
+    list.CustomSort([](TStringList &l, int a, int b) { return l[a].toInt() - l[b].toInt(); });
+    EXPECT_EQ(lines(list), QStringList({"9", "10", "100"}));
+    EXPECT_FALSE(list.Sorted()); // a custom order is not the list's own
+
+    TStringList pairs;
+    pairs.SetNameValueSeparator(QLatin1Char(':'));
+    pairs.SetText(QStringLiteral("a:1\nb=2:3"));
+    EXPECT_EQ(pairs.Values(QStringLiteral("a")), QStringLiteral("1"));
+    EXPECT_EQ(pairs.Names(1), QStringLiteral("b=2"));
+    EXPECT_EQ(pairs.ValueFromIndex(1), QStringLiteral("3"));
+}

@@ -391,3 +391,33 @@ TEST_P(SQLDataSetTest, AQualifiedOrderStaysOutsideTheFilter)
     EXPECT_EQ(F(query, "qty")->AsInteger(), 41);
     EXPECT_EQ(query.RecNo(), 9);
 }
+
+TEST_P(SQLDataSetTest, ValuesKeepTheirExactForm)
+{
+    const bool pg = GetParam() == Backend::PostgreSQL;
+    connection.ExecSQL(QStringLiteral("CREATE TABLE kinds (id INTEGER PRIMARY KEY, data %1, amount NUMERIC(12,4),"
+                                      " stamp TIMESTAMP, note VARCHAR(40))")
+                           .arg(pg ? QStringLiteral("BYTEA") : QStringLiteral("BLOB")));
+    TSQLTable kinds;
+    kinds.SetConnection(&connection);
+    kinds.SetTableName(QStringLiteral("kinds"));
+    kinds.Open();
+    EXPECT_EQ(F(kinds, "data")->DataType(), ftBlob);
+    const QByteArray bytes("\x00\x01\xfe\xff binary", 12);
+    kinds.Append();
+    F(kinds, "id")->SetAsInteger(1);
+    F(kinds, "data")->SetAsBytes(bytes);
+    F(kinds, "amount")->SetAsString(QStringLiteral("12345678.0001"));
+    F(kinds, "stamp")->SetAsDateTime(EncodeDateTime(2024, 2, 29, 23, 59, 58, 250));
+    F(kinds, "note")->SetAsString(QStringLiteral("Größe 'quoted' \"double\""));
+    kinds.Post();
+    kinds.Close();
+    kinds.Open(); // read back from the database, not from the cache
+    EXPECT_EQ(F(kinds, "data")->AsBytes(), bytes);
+    EXPECT_EQ(F(kinds, "amount")->AsCurrency().Raw(), 123456780001LL);
+    EXPECT_EQ(F(kinds, "stamp")->AsDateTime(), EncodeDateTime(2024, 2, 29, 23, 59, 58, 250));
+    EXPECT_EQ(F(kinds, "note")->AsString(), QStringLiteral("Größe 'quoted' \"double\""));
+    kinds.SetFilter(QStringLiteral("note LIKE 'Größe ''q%'"));
+    kinds.SetFiltered(true);
+    EXPECT_EQ(kinds.RecordCount(), 1);
+}
