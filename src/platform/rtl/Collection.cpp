@@ -83,7 +83,18 @@ TCollectionItem *TCollection::Items(int index) const
 
 TCollectionItem *TCollection::Add()
 {
-    return factory_(this);
+    // The item joins the collection from its base constructor; the change is told once the
+    // item is whole, so that listeners never see it half made.
+    BeginUpdate();
+    TCollectionItem *item = nullptr;
+    try {
+        item = factory_(this);
+    } catch (...) {
+        EndUpdate();
+        throw;
+    }
+    EndUpdate();
+    return item;
 }
 
 TCollectionItem *TCollection::Insert(int index)

@@ -1,0 +1,408 @@
+#include "QDBColumns.h"
+
+#include "QDBGrid.h"
+
+#include "platform/db/DataSet.h"
+
+#include <QFontMetrics>
+
+namespace qdb {
+
+// ---- TQColumnTitle ----
+
+TQColumnTitle::TQColumnTitle(TQColumn *column) : QObject(column), column_(column) {}
+
+QString TQColumnTitle::DefaultCaption() const
+{
+    TField *f = column_->MeasuredField();
+    return f ? f->DisplayName() : column_->GetFieldName();
+}
+
+QString TQColumnTitle::GetCaption() const
+{
+    return column_->assigned_.Contains(cvTitleCaption) ? caption_ : DefaultCaption();
+}
+
+void TQColumnTitle::SetCaption(const QString &caption)
+{
+    caption_ = caption;
+    column_->assigned_ += cvTitleCaption;
+    column_->changed();
+}
+
+TAlignment TQColumnTitle::GetAlignment() const
+{
+    return column_->assigned_.Contains(cvTitleAlignment) ? alignment_ : DefaultAlignment();
+}
+
+void TQColumnTitle::SetAlignment(TAlignment alignment)
+{
+    alignment_ = alignment;
+    column_->assigned_ += cvTitleAlignment;
+    column_->changed();
+}
+
+QFont TQColumnTitle::DefaultFont() const
+{
+    TQCustomDBGrid *grid = column_->GetGrid();
+    return grid ? grid->GetTitleFont() : QFont();
+}
+
+QFont TQColumnTitle::GetFont() const
+{
+    return column_->assigned_.Contains(cvTitleFont) ? font_ : DefaultFont();
+}
+
+void TQColumnTitle::SetFont(const QFont &font)
+{
+    font_ = font;
+    column_->assigned_ += cvTitleFont;
+    column_->changed();
+}
+
+void TQColumnTitle::SetHeader(const QString &header)
+{
+    if (header_ == header)
+        return;
+    header_ = header;
+    column_->changed();
+}
+
+bool TQColumnTitle::IsCaptionStored() const { return column_->assigned_.Contains(cvTitleCaption); }
+bool TQColumnTitle::IsAlignmentStored() const { return column_->assigned_.Contains(cvTitleAlignment); }
+bool TQColumnTitle::IsFontStored() const { return column_->assigned_.Contains(cvTitleFont); }
+
+QString TQColumnTitle::GetHeader() const
+{
+    const TQColumn *parent = column_->GetParentColumn();
+    TQCustomDBGrid *grid = column_->GetGrid();
+    if (!parent || !grid || !grid->GetColumnNesting())
+        return header_;
+    const QString parentPath = parent->GetTitle()->GetHeader();
+    const QString parentCaption = parent->GetTitle()->GetCaption();
+    QString path = parentPath.isEmpty() ? parentCaption : parentPath + QLatin1Char('|') + parentCaption;
+    if (path.isEmpty())
+        path = QStringLiteral(" ");
+    if (!header_.isEmpty())
+        path += QLatin1Char('|') + header_;
+    return path;
+}
+
+int TQColumnTitle::GetHeaderRowCount() const
+{
+    const QString path = GetHeader();
+    return path.isEmpty() ? 0 : 1 + int(path.count(QLatin1Char('|')));
+}
+
+QString TQColumnTitle::GetHeaderText(const QString &path, int row)
+{
+    const QStringList segments = path.split(QLatin1Char('|'));
+    return row >= 0 && row < segments.size() ? segments[row] : QString();
+}
+
+// ---- TQColumn ----
+
+TQColumn::TQColumn(TCollection *collection) : TCollectionItem(collection), title_(new TQColumnTitle(this)) {}
+
+TQCustomDBGrid *TQColumn::GetGrid() const
+{
+    auto *columns = qobject_cast<TQDBGridColumns *>(Collection());
+    return columns ? columns->Grid() : nullptr;
+}
+
+TField *TQColumn::GetField() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    TDataSet *ds = grid ? grid->DataSet() : nullptr;
+    return ds && !fieldName_.isEmpty() ? ds->FindField(fieldName_) : nullptr;
+}
+
+void TQColumn::changed()
+{
+    Changed(false);
+}
+
+void TQColumn::SetFieldName(const QString &name)
+{
+    if (fieldName_ == name)
+        return;
+    fieldName_ = name;
+    Changed(true);
+}
+
+TField *TQColumn::MeasuredField() const
+{
+    TField *f = GetField();
+    if (f && GetLookupColumn() == lcLookupValueField && f->LookupDataSet())
+        if (TField *result = f->LookupDataSet()->FindField(f->LookupResultField()))
+            return result;
+    return f;
+}
+
+TQLookupColumn TQColumn::GetLookupColumn() const
+{
+    TField *f = GetField();
+    if (!f)
+        return lcNotDefined;
+    if (f->FieldKind() == fkLookup)
+        return lcLookupField;
+    return lcNotDefined; // the column's own lookup definition comes with the editors
+}
+
+int TQColumn::DefaultWidth() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    if (!grid)
+        return 64;
+    TField *f = MeasuredField();
+    if (!f)
+        return grid->DefaultColWidth();
+    const QFontMetrics fm(GetFont());
+    int w = f->DisplayWidth() * fm.horizontalAdvance(QLatin1Char('0')) + 4;
+    const TQDBGridOptions options = grid->GetOptions();
+    if (options.Contains(dgTitles) && !options.Contains(dgTitleWidthOff)) {
+        const QFontMetrics tfm(title_->GetFont());
+        w = qMax(w, tfm.horizontalAdvance(title_->GetCaption()) + 4 + 2 * grid->GetGridStyle()->TitleColMargin);
+    }
+    if (grid->GetDefaultWidthMin() >= 0)
+        w = qMax(w, grid->GetDefaultWidthMin());
+    if (grid->GetDefaultWidthMax() >= 0)
+        w = qMin(w, grid->GetDefaultWidthMax());
+    return w;
+}
+
+int TQColumn::GetWidth() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    if (!grid)
+        return -1;
+    if (!Showing() && !grid->IsDesigning() && !grid->IsSavingColumns())
+        return -grid->GridLineWidth(); // a hidden column takes no room, line included
+    return assigned_.Contains(cvWidth) ? width_ : DefaultWidth();
+}
+
+void TQColumn::SetWidth(int width)
+{
+    if (widthMin_ != -1 && width < widthMin_)
+        width = widthMin_;
+    else if (widthMax_ != -1 && width > widthMax_)
+        width = widthMax_;
+    if (!assigned_.Contains(cvWidth) && width == DefaultWidth())
+        return;
+    TQCustomDBGrid *grid = GetGrid();
+    const bool colLines = grid && grid->GetOptions().Contains(dgColLines);
+    if (width < (colLines ? 0 : 1))
+        return;
+    width_ = width;
+    assigned_ += cvWidth;
+    changed();
+}
+
+TAlignment TQColumn::DefaultAlignment() const
+{
+    TField *f = GetField();
+    return f ? f->Alignment() : taLeftJustify;
+}
+
+TAlignment TQColumn::GetAlignment() const
+{
+    return assigned_.Contains(cvAlignment) ? alignment_ : DefaultAlignment();
+}
+
+void TQColumn::SetAlignment(TAlignment alignment)
+{
+    alignment_ = alignment;
+    assigned_ += cvAlignment;
+    changed();
+}
+
+bool TQColumn::DefaultReadOnly() const
+{
+    TField *f = GetField();
+    return f && f->ReadOnly();
+}
+
+bool TQColumn::GetReadOnly() const
+{
+    return assigned_.Contains(cvReadOnly) ? readOnly_ : DefaultReadOnly();
+}
+
+void TQColumn::SetReadOnly(bool on)
+{
+    readOnly_ = on;
+    assigned_ += cvReadOnly;
+    changed();
+}
+
+QFont TQColumn::DefaultFont() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    return grid ? grid->font() : QFont();
+}
+
+QFont TQColumn::GetFont() const
+{
+    return assigned_.Contains(cvFont) ? font_ : DefaultFont();
+}
+
+void TQColumn::SetFont(const QFont &font)
+{
+    font_ = font;
+    assigned_ += cvFont;
+    changed();
+}
+
+void TQColumn::SetVisible(bool on)
+{
+    if (visible_ == on)
+        return;
+    visible_ = on;
+    Changed(true);
+}
+
+void TQColumn::SetExpandCols(int n)
+{
+    if (expandCols_ == n)
+        return;
+    expandCols_ = qMax(0, n);
+    Changed(true);
+}
+
+bool TQColumn::Expandable() const
+{
+    TField *f = GetField();
+    return (f && (f->DataType() == ftADT || f->DataType() == ftArray)) || expandCols_ >= 1;
+}
+
+bool TQColumn::GetExpanded() const
+{
+    return Expandable() && expanded_;
+}
+
+void TQColumn::SetExpanded(bool on)
+{
+    if (expanded_ == on)
+        return;
+    expanded_ = on;
+    Changed(true);
+}
+
+void TQColumn::RestoreDefaults()
+{
+    assigned_ = {};
+    Changed(false);
+}
+
+TQColumn *TQColumn::GetParentColumn() const
+{
+    auto *columns = qobject_cast<TQDBGridColumns *>(Collection());
+    if (!columns)
+        return nullptr;
+    const int index = Index();
+    TField *f = GetField();
+    if (f && f->ParentField()) {
+        for (int i = index - 1; i >= 0; --i)
+            if (columns->Items(i)->GetField() == f->ParentField())
+                return columns->Items(i);
+        return nullptr;
+    }
+    for (int i = index - 1; i >= 0; --i) {
+        TQColumn *c = columns->Items(i);
+        if (c->GetExpandCols() >= index - i)
+            return c;
+        if (i == 0 || !c->GetParentColumn())
+            break;
+    }
+    return nullptr;
+}
+
+int TQColumn::Depth() const
+{
+    const TQColumn *parent = GetParentColumn();
+    return parent ? parent->Depth() + 1 : 0;
+}
+
+bool TQColumn::Showing() const
+{
+    if (!visible_ || GetExpanded())
+        return false;
+    for (const TQColumn *p = GetParentColumn(); p; p = p->GetParentColumn())
+        if (!p->GetExpanded())
+            return false;
+    return true;
+}
+
+// ---- TQDBGridColumns ----
+
+TQDBGridColumns::TQDBGridColumns(TQCustomDBGrid *grid) : TCollectionOf<TQColumn>(grid), grid_(grid) {}
+
+TDBGridColumnsState TQDBGridColumns::State() const
+{
+    return Count() > 0 && Items(Count() - 1)->IsStored() ? csCustomized : csDefault;
+}
+
+void TQDBGridColumns::SetState(TDBGridColumnsState state)
+{
+    if (state == State())
+        return;
+    if (state == csDefault) {
+        Clear();
+    } else {
+        RebuildColumns();
+        for (int i = 0; i < Count(); ++i)
+            Items(i)->SetStored(true);
+    }
+}
+
+void TQDBGridColumns::RebuildColumns()
+{
+    TDataSet *ds = grid_ ? grid_->DataSet() : nullptr;
+    if (!ds) {
+        Clear();
+        return;
+    }
+    grid_->BeginLayout();
+    try {
+        Clear();
+        std::function<void(TField *)> add = [&](TField *f) {
+            TQColumn *c = Add();
+            c->SetFieldName(f->FullName());
+            c->SetStored(false);
+            if (f->DataType() == ftADT || f->DataType() == ftArray)
+                for (TField *child : static_cast<TObjectField *>(f)->Fields())
+                    add(child);
+        };
+        for (TField *f : ds->Fields())
+            add(f);
+    } catch (...) {
+        grid_->EndLayout();
+        throw;
+    }
+    grid_->EndLayout();
+}
+
+TQColumn *TQDBGridColumns::FindColumn(const QString &fieldName, int from) const
+{
+    for (int i = qMax(0, from); i < Count(); ++i)
+        if (Items(i)->GetFieldName().compare(fieldName, Qt::CaseInsensitive) == 0)
+            return Items(i);
+    for (int i = 0; i < qMin(from, Count()); ++i)
+        if (Items(i)->GetFieldName().compare(fieldName, Qt::CaseInsensitive) == 0)
+            return Items(i);
+    return nullptr;
+}
+
+void TQDBGridColumns::Update(TCollectionItem *item)
+{
+    if (!grid_ || grid_->IsLoading())
+        return;
+    if (auto *column = static_cast<TQColumn *>(item)) {
+        const int raw = grid_->DataToRawColumn(column->Index());
+        grid_->InvalidateCol(raw);
+        grid_->SetColWidths(raw, column->GetWidth());
+    } else {
+        grid_->LayoutChanged();
+    }
+}
+
+} // namespace qdb

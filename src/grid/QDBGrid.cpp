@@ -1,0 +1,244 @@
+#include "QDBGrid.h"
+#include "QDBGridPrivate.h"
+
+#include <QFontMetrics>
+#include <QScrollBar>
+
+namespace qdb {
+
+TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::make_unique<Private>())
+{
+    d_->columns = new TQDBGridColumns(this);
+    d_->style = new TQGridStyle(this);
+    d_->titleFont = font();
+    d_->link.reset(CreateDataLink());
+    d_->indicators = TGridImageList::Load(QStringLiteral("QDBINDICATORS"), int(96 * devicePixelRatioF()));
+    SetDefaultColWidth(64);
+    SetDefaultRowHeight(QFontMetrics(font()).height() + d_->style->DataRowSpace);
+    InternalLayout();
+}
+
+TQCustomDBGrid::~TQCustomDBGrid()
+{
+    d_->link->SetDataSource(nullptr);
+}
+
+TQGridDataLink *TQCustomDBGrid::CreateDataLink()
+{
+    return new TQGridDataLink(this);
+}
+
+TDataSource *TQCustomDBGrid::GetDataSource() const { return d_->link->DataSource(); }
+TQGridDataLink *TQCustomDBGrid::DataLink() const { return d_->link.get(); }
+TDataSet *TQCustomDBGrid::DataSet() const { return d_->link->DataSet(); }
+TQDBGridColumns *TQCustomDBGrid::GetColumns() const { return d_->columns; }
+TQDBGridOptions TQCustomDBGrid::GetOptions() const { return d_->options; }
+TQDBGridOptionsEx TQCustomDBGrid::GetOptionsEx() const { return d_->optionsEx; }
+TQDBGridOptionsExt TQCustomDBGrid::GetOptionsExt() const { return d_->optionsExt; }
+QFont TQCustomDBGrid::GetTitleFont() const { return d_->titleFont; }
+bool TQCustomDBGrid::GetColumnNesting() const { return d_->columnNesting; }
+int TQCustomDBGrid::GetDefaultWidthMin() const { return d_->defaultWidthMin; }
+int TQCustomDBGrid::GetDefaultWidthMax() const { return d_->defaultWidthMax; }
+QString TQCustomDBGrid::GetKeyFields() const { return d_->keyFields; }
+TQGridStyle *TQCustomDBGrid::GetGridStyle() const { return d_->style; }
+
+void TQCustomDBGrid::SetDataSource(TDataSource *source)
+{
+    if (source == GetDataSource())
+        return;
+    d_->link->SetDataSource(source);
+    LinkActive(d_->link->Active());
+}
+
+void TQCustomDBGrid::SetOptions(TQDBGridOptions options)
+{
+    if (options == d_->options)
+        return;
+    d_->options = options;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetOptionsEx(TQDBGridOptionsEx options)
+{
+    d_->optionsEx = options;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetOptionsExt(TQDBGridOptionsExt options)
+{
+    d_->optionsExt = options;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetTitleFont(const QFont &font)
+{
+    d_->titleFont = font;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetColumnNesting(bool on)
+{
+    d_->columnNesting = on;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetDefaultWidthMin(int w)
+{
+    d_->defaultWidthMin = w;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetDefaultWidthMax(int w)
+{
+    d_->defaultWidthMax = w;
+    LayoutChanged();
+}
+
+void TQCustomDBGrid::SetKeyFields(const QString &fields)
+{
+    d_->keyFields = fields;
+}
+
+int TQCustomDBGrid::IndicatorOffset() const
+{
+    return d_->options.Contains(dgIndicator) ? 1 : 0;
+}
+
+int TQCustomDBGrid::TitleOffset() const
+{
+    return d_->options.Contains(dgTitles) ? 1 : 0;
+}
+
+int TQCustomDBGrid::rowLineWidth() const
+{
+    return d_->options.Contains(dgRowLines) ? GridLineWidth() : 0;
+}
+
+int TQCustomDBGrid::colLineWidth() const
+{
+    return d_->options.Contains(dgColLines) ? GridLineWidth() : 0;
+}
+
+TQColumn *TQCustomDBGrid::ColumnAt(int rawCol) const
+{
+    const int c = RawToDataColumn(rawCol);
+    return c >= 0 && c < d_->columns->Count() ? d_->columns->Items(c) : nullptr;
+}
+
+// ---- layout ----
+
+void TQCustomDBGrid::BeginLayout()
+{
+    BeginUpdate();
+    if (d_->layoutLock++ == 0)
+        d_->columns->BeginUpdate();
+}
+
+void TQCustomDBGrid::EndLayout()
+{
+    if (d_->layoutLock == 0)
+        return;
+    if (--d_->layoutLock == 0) {
+        d_->columns->EndUpdate(); // announces the change: the layout is made again
+        LayoutChanged();
+    }
+    EndUpdate();
+}
+
+void TQCustomDBGrid::BeginUpdate()
+{
+    ++d_->updateLock;
+}
+
+void TQCustomDBGrid::EndUpdate()
+{
+    if (d_->updateLock > 0)
+        --d_->updateLock;
+}
+
+bool TQCustomDBGrid::UpdateLocked() const
+{
+    return d_->updateLock > 0;
+}
+
+void TQCustomDBGrid::LayoutChanged()
+{
+    if (d_->layoutLock > 0)
+        return;
+    InternalLayout();
+}
+
+void TQCustomDBGrid::DefineFieldMap()
+{
+    TQGridDataLink *link = d_->link.get();
+    if (d_->columns->State() == csDefault) {
+        link->SetSparseMap(false);
+        for (TField *f : DataSet()->FieldList())
+            if (f->Visible() && !f->ParentField())
+                link->AddMapping(f->FullName());
+    } else {
+        link->SetSparseMap(true);
+        for (int i = 0; i < d_->columns->Count(); ++i)
+            link->AddMapping(d_->columns->Items(i)->GetFieldName());
+    }
+}
+
+void TQCustomDBGrid::InternalLayout()
+{
+    ++d_->layoutLock; // the columns' own change notices come back here
+    d_->link->ClearMapping();
+    if (d_->link->Active()) {
+        if (d_->columns->State() == csDefault && d_->columns->Count() == 0)
+            d_->columns->RebuildColumns();
+        DefineFieldMap();
+    }
+    const int offset = IndicatorOffset();
+    SetColCount(d_->columns->Count() + offset);
+    SetFixedCols(offset);
+    if (offset)
+        SetColWidths(0, d_->indicators.Size() + 4);
+    for (int i = 0; i < d_->columns->Count(); ++i)
+        SetColWidths(i + offset, d_->columns->Items(i)->GetWidth());
+    TGridOptions options = Options();
+    options.Switch(goVertLine, d_->options.Contains(dgColLines));
+    options.Switch(goFixedVertLine, d_->options.Contains(dgColLines));
+    options.Switch(goHorzLine, d_->options.Contains(dgRowLines));
+    options.Switch(goFixedHorzLine, d_->options.Contains(dgRowLines));
+    options.Switch(goColSizing, d_->options.Contains(dgColumnResize));
+    options.Switch(goEditing, d_->options.Contains(dgEditing));
+    options.Switch(goTabs, d_->options.Contains(dgTabs));
+    options.Switch(goRowSelect, d_->options.Contains(dgRowSelect));
+    TCustomGrid::SetOptions(options);
+    SetDefaultRowHeight(QFontMetrics(font()).height() + d_->style->DataRowSpace + rowLineWidth() - GridLineWidth());
+    --d_->layoutLock;
+    UpdateRowCount();
+    if (TitleOffset() > 0)
+        SetRowHeights(0, QFontMetrics(d_->titleFont).height() + d_->style->TitleRowSpace);
+    UpdateRowCount();
+    UpdateScrollBar();
+    UpdateActive();
+    InvalidateGrid();
+}
+
+void TQCustomDBGrid::ColWidthsChanged()
+{
+    // A width dragged by the user becomes the column's own.
+    if (d_->layoutLock > 0)
+        return;
+    ++d_->layoutLock;
+    for (int i = 0; i < d_->columns->Count(); ++i) {
+        TQColumn *c = d_->columns->Items(i);
+        const int raw = DataToRawColumn(i);
+        if (c->Showing() && ColWidths(raw) != c->GetWidth())
+            c->SetWidth(ColWidths(raw));
+    }
+    --d_->layoutLock;
+}
+
+void TQCustomDBGrid::resizeEvent(QResizeEvent *event)
+{
+    TCustomGrid::resizeEvent(event);
+    UpdateRowCount();
+}
+
+} // namespace qdb

@@ -1,0 +1,114 @@
+#include "QDBGrid.h"
+
+#include "platform/db/DBConsts.h"
+#include "platform/rtl/Exceptions.h"
+
+namespace qdb {
+
+void TQGridDataLink::ActiveChanged()
+{
+    if (Active() && DataSet() && DataSet()->IsUnidirectional())
+        DatabaseError(DBConsts::SDataSetUnidirectional(), DataSet());
+    grid_->LinkActive(Active());
+    modified_ = false;
+}
+
+void TQGridDataLink::DataSetChanged()
+{
+    grid_->DataChanged();
+    modified_ = false;
+}
+
+void TQGridDataLink::DataSetScrolled(int distance)
+{
+    grid_->Scroll(distance);
+}
+
+void TQGridDataLink::LayoutChanged()
+{
+    grid_->LayoutChanged();
+    TDataLink::LayoutChanged();
+}
+
+void TQGridDataLink::FocusControl(TField *&field)
+{
+    if (!field)
+        return;
+    for (int i = 0; i < grid_->GetColumns()->Count(); ++i)
+        if (grid_->GetColumns()->Items(i)->GetField() == field) {
+            grid_->setFocus();
+            grid_->SetCol(grid_->DataToRawColumn(i));
+            field = nullptr;
+            return;
+        }
+}
+
+void TQGridDataLink::EditingChanged()
+{
+    grid_->EditingChanged();
+}
+
+void TQGridDataLink::RecordChanged(TField *field)
+{
+    grid_->RecordChanged(field);
+    modified_ = false;
+}
+
+void TQGridDataLink::UpdateData()
+{
+    inUpdateData_ = true;
+    if (modified_)
+        grid_->UpdateData();
+    inUpdateData_ = false;
+    modified_ = false;
+}
+
+void TQGridDataLink::Cancel()
+{
+    if (DataSet())
+        DataSet()->Cancel();
+}
+
+void TQGridDataLink::Reset()
+{
+    if (modified_)
+        RecordChanged(nullptr);
+    else
+        Cancel();
+}
+
+void TQGridDataLink::AddMapping(const QString &fieldName)
+{
+    constexpr int maxColumns = 0x0FFFFFFF;
+    if (map_.size() >= maxColumns)
+        throw EInvalidGridOperation(DBConsts::tr("Grid requested to display more than 256 columns"));
+    TDataSet *ds = DataSet();
+    TField *field = nullptr;
+    if (ds)
+        field = sparseMap_ ? ds->FindField(fieldName) : ds->FieldByName(fieldName);
+    map_.append(field ? int(ds->FieldList().IndexOf(field)) : -1);
+}
+
+void TQGridDataLink::ClearMapping()
+{
+    map_.clear();
+}
+
+TField *TQGridDataLink::GetFields(int i) const
+{
+    const int index = GetMappedIndex(i);
+    TDataSet *ds = DataSet();
+    return index >= 0 && ds && index < ds->FieldList().Count() ? ds->FieldList()[index] : nullptr;
+}
+
+bool TQGridDataLink::DefaultFields() const
+{
+    TDataSet *ds = DataSet();
+    if (!ds)
+        return true;
+    if (!ds->DefaultFields())
+        return false;
+    return !(sparseMap_ && map_.contains(-1));
+}
+
+} // namespace qdb

@@ -1,0 +1,36 @@
+#pragma once
+
+// The state of the data grid, shared by the files that implement it.
+
+#include "QDBGrid.h"
+
+#include <memory>
+
+namespace qdb {
+
+struct TQCustomDBGrid::Private
+{
+    std::unique_ptr<TQGridDataLink> link;
+    TQDBGridColumns *columns = nullptr;
+    TQGridStyle *style = nullptr;
+    TQDBGridOptions options{dgEditing, dgTitles, dgIndicator, dgColumnResize, dgColLines, dgRowLines, dgTabs,
+                            dgConfirmDelete, dgCancelOnExit, dgTitleClick, dgMarkerAutoToggle};
+    TQDBGridOptionsEx optionsEx{dgBlankRow, dgAutoAscendOrder};
+    TQDBGridOptionsExt optionsExt;
+    QFont titleFont;
+    bool columnNesting = true;
+    int defaultWidthMin = -1;
+    int defaultWidthMax = -1;
+    QString keyFields;
+    int layoutLock = 0;
+    int updateLock = 0;
+    int cancelling = 0;
+    int positionLock = 0;
+    TBookmark savedBookmark;
+    int totalsCount = 1; // the blank filler row; the totals rows come later
+    TGridImageList indicators;
+    bool settingActive = false; // the grid follows the data set, it does not move it
+    bool updatingScrollBar = false;
+};
+
+} // namespace qdb

@@ -1,0 +1,245 @@
+// The record window: how data set events become rows, scrolling and repaints.
+
+#include "QDBGrid.h"
+#include "QDBGridPrivate.h"
+
+#include <QScrollBar>
+
+namespace qdb {
+
+int TQCustomDBGrid::RecNumber() const
+{
+    TDataSet *ds = DataSet();
+    return DataLink()->Active() && ds ? ds->RecNo() : -1;
+}
+
+int TQCustomDBGrid::RecCount() const
+{
+    TDataSet *ds = DataSet();
+    return DataLink()->Active() && ds ? qMax(0, ds->RecordCount()) : 0;
+}
+
+void TQCustomDBGrid::LinkActive(bool value)
+{
+    if (!value) {
+        HideEditor();
+        SetRow(FixedRows());
+    }
+    UpdateFilter();
+    LayoutChanged();
+    UpdateListItems(false);
+    UpdateRowCount();
+    UpdateScrollBar();
+    if (value)
+        AlwaysShowEditor();
+    UpdateTotals(true);
+}
+
+void TQCustomDBGrid::DataChanged()
+{
+    if (UpdateLocked())
+        return;
+    TDataSet *ds = DataSet();
+    if (ds && ds->State() == dsBrowse) {
+        UpdateTreeView(false);
+        UpdateListItems(true);
+        UpdateSequence(true);
+        UpdateTotals(true);
+    }
+    UpdateRowCount();
+    UpdateScrollBar();
+    UpdateActive();
+    InvalidateEditor();
+    InvalidateGrid();
+}
+
+void TQCustomDBGrid::RecordChanged(TField *)
+{
+    InvalidateRow(Row());
+    InvalidateEditor();
+}
+
+void TQCustomDBGrid::EditingChanged()
+{
+    if (IndicatorOffset() > 0)
+        InvalidateCell(0, Row());
+}
+
+void TQCustomDBGrid::UpdateData()
+{
+    // The plain editor writes into the field as it goes: nothing is pending here.
+}
+
+void TQCustomDBGrid::layoutBlankRow()
+{
+    const int last = RowCount() - 1;
+    if (last < FixedRows())
+        return;
+    int used = RowAxis().FixedExtent();
+    for (int r = FixedRows(); r < last; ++r)
+        used += RowHeights(r) + GridLineWidth();
+    RowAxis().SetSize(last, qMax(0, viewport()->height() - used - GridLineWidth()));
+}
+
+void TQCustomDBGrid::UpdateRowCount()
+{
+    const int title = TitleOffset();
+    const int totals = d_->totalsCount;
+    if (RowCount() < title + totals + 1)
+        SetRowCount(title + totals + 1);
+    SetFixedRows(title);
+    BeginUpdate();
+    const int before = RowCount();
+    TQGridDataLink *link = DataLink();
+    TDataSet *ds = DataSet();
+    if (!link->Active() || !ds || ds->IsEmpty()) {
+        SetRowCount(title + totals + 1);
+        for (int r = title; r < RowCount(); ++r)
+            RowAxis().SetSize(r, DefaultRowHeight());
+    } else {
+        for (int r = title; r < RowCount(); ++r)
+            RowAxis().SetSize(r, DefaultRowHeight());
+        SetRowCount(1000);
+        link->SetBufferCount(qMax(1, VisibleRowCount()));
+        SetRowCount(link->RecordCount() + title + totals);
+        SetTopRow(FixedRows());
+        UpdateActive();
+    }
+    layoutBlankRow();
+    EndUpdate();
+    if (RowCount() != before)
+        InvalidateGrid();
+}
+
+void TQCustomDBGrid::UpdateActive()
+{
+    TQGridDataLink *link = DataLink();
+    if (!link->Active())
+        return;
+    const int row = TitleOffset() + link->ActiveRecord();
+    if (row == Row() || row >= RowCount())
+        return;
+    d_->settingActive = true;
+    SetRow(row);
+    d_->settingActive = false;
+}
+
+void TQCustomDBGrid::Scroll(int distance)
+{
+    TQGridDataLink *link = DataLink();
+    const int oldRow = Row();
+    if (link->ActiveRecord() >= RowCount() - TitleOffset() - d_->totalsCount)
+        UpdateRowCount();
+    UpdateActive();
+    const int newRow = Row();
+    if (distance != 0) {
+        HideEditor();
+        const int top = RowAxis().FixedExtent();
+        const int bottom = RowAxis().Position(RowCount() - 1) >= 0 ? RowAxis().Position(RowCount() - 1)
+                                                                      : viewport()->height();
+        const int step = DefaultRowHeight() + GridLineWidth();
+        if (qAbs(distance) >= VisibleRowCount())
+            viewport()->update(QRect(0, top, viewport()->width(), bottom - top));
+        else
+            ScrollBand(-step * distance, top, bottom);
+        if (IndicatorOffset() > 0) {
+            InvalidateCell(0, oldRow);
+            InvalidateCell(0, oldRow - distance);
+        }
+        AlwaysShowEditor();
+    }
+    InvalidateRow(oldRow);
+    InvalidateRow(newRow);
+    UpdateScrollBar();
+}
+
+int TQCustomDBGrid::MoveBy(int distance, bool direct)
+{
+    TDataSet *ds = DataSet();
+    if (!DataLink()->Active() || !ds)
+        return 0;
+    if (!direct)
+        return DataLink()->MoveBy(distance);
+    ds->CheckBrowseMode();
+    HideEditor();
+    DisablePosition();
+    int moved = 0;
+    try {
+        moved = DataLink()->MoveBy(distance);
+    } catch (...) {
+        EnablePosition(false);
+        throw;
+    }
+    const bool bof = ds->Bof(), eof = ds->Eof();
+    EnablePosition(false);
+    if (bof)
+        ds->Prior();
+    if (eof)
+        ds->Next();
+    AlwaysShowEditor();
+    return moved;
+}
+
+void TQCustomDBGrid::DisablePosition()
+{
+    if (d_->positionLock++ == 0 && DataLink()->Active() && DataSet()) {
+        d_->savedBookmark = DataSet()->GetBookmark();
+        DataSet()->DisableControls();
+    }
+}
+
+void TQCustomDBGrid::EnablePosition(bool restore)
+{
+    if (d_->positionLock == 0 || --d_->positionLock > 0)
+        return;
+    TDataSet *ds = DataSet();
+    if (!DataLink()->Active() || !ds)
+        return;
+    ds->EnableControls();
+    if (restore && !d_->savedBookmark.isEmpty() && ds->BookmarkValid(d_->savedBookmark))
+        ds->GotoBookmark(d_->savedBookmark);
+}
+
+void TQCustomDBGrid::UpdateScrollBar()
+{
+    UpdateScrollBars();
+}
+
+void TQCustomDBGrid::UpdateScrollBars()
+{
+    d_->updatingScrollBar = true;
+    TCustomGrid::UpdateScrollBars(); // the columns; its rows are replaced below
+    QScrollBar *v = verticalScrollBar();
+    if (DataLink()->Active()) {
+        // The bar shows where the current record is in the data set, not the rows on screen.
+        const int count = RecCount();
+        v->setRange(0, qMax(0, count - 1));
+        v->setPageStep(qMax(1, VisibleRowCount()));
+        v->setValue(qMax(0, RecNumber() - 1));
+    } else {
+        v->setRange(0, 0);
+    }
+    d_->updatingScrollBar = false;
+}
+
+void TQCustomDBGrid::scrollContentsBy(int dx, int dy)
+{
+    if (d_->updatingScrollBar)
+        return;
+    if (horizontalScrollBar()->value() != LeftCol())
+        SetLeftCol(horizontalScrollBar()->value());
+    Q_UNUSED(dx);
+    Q_UNUSED(dy);
+    TDataSet *ds = DataSet();
+    if (!DataLink()->Active() || !ds)
+        return;
+    const int wanted = verticalScrollBar()->value() + 1;
+    if (wanted == RecNumber())
+        return;
+    if (RecNumber() > 0)
+        ds->SetRecNo(wanted);
+    else
+        MoveBy(wanted - qMax(1, RecNumber()));
+}
+
+} // namespace qdb

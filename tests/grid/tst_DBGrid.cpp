@@ -1,0 +1,205 @@
+#include "grid/QDBGrid.h"
+
+#include "DbTestSupport.h"
+#include "TestSupport.h"
+
+#include "platform/db/DBConsts.h"
+#include "platform/rtl/Exceptions.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSet>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace qdb;
+using namespace qdb::test;
+
+namespace {
+
+// Remembers which cells were painted since the last reset.
+class Grid : public TQDBGrid
+{
+public:
+    using TQDBGrid::TQDBGrid;
+    QSet<QPair<int, int>> drawn;
+
+protected:
+    void DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state) override
+    {
+        drawn.insert({col, row});
+        TQDBGrid::DrawCell(painter, col, row, rect, state);
+    }
+};
+
+class ForwardOnlyTable : public TMemTable
+{
+public:
+    bool IsUnidirectional() const override { return true; }
+};
+
+class DBGrid : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        table = MakeOrders(100);
+        source.SetDataSet(table.get());
+        grid.resize(500, 10 * grid.DefaultRowHeight() + 80);
+        grid.SetDataSource(&source);
+        grid.show();
+        QApplication::processEvents();
+    }
+    // The Qty shown in each data row that holds a record.
+    QStringList shownQty() const
+    {
+        QStringList out;
+        const int col = grid.DataToRawColumn(2);
+        for (int r = grid.FixedRows(); r < grid.FixedRows() + grid.DataLink()->RecordCount(); ++r)
+            out << grid.CellText(col, r);
+        return out;
+    }
+    void paintNow()
+    {
+        grid.drawn.clear();
+        grid.viewport()->repaint();
+    }
+    void key(Qt::Key k, Qt::KeyboardModifiers mods = Qt::NoModifier) { QTest::keyClick(&grid, k, mods); }
+
+    std::unique_ptr<TMemTable> table;
+    TDataSource source;
+    Grid grid;
+};
+
+} // namespace
+
+TEST_F(DBGrid, ShowsAWindowOfRecordsUnderTheTitles)
+{
+    EXPECT_EQ(grid.ColCount(), 1 + 6); // the indicator and one column per field
+    EXPECT_EQ(grid.FixedRows(), 1);
+    const int visible = grid.VisibleRowCount();
+    ASSERT_GE(visible, 5);
+    EXPECT_EQ(grid.DataLink()->RecordCount(), visible - 1); // the last visible row is the blank filler
+    EXPECT_EQ(grid.RowCount(), 1 + grid.DataLink()->RecordCount() + 1);
+    EXPECT_EQ(shownQty().first(), "1");
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(1), 5), QString()); // NULL name at record 5
+    EXPECT_EQ(grid.GetColumns()->Items(3)->GetTitle()->GetCaption(), "Unit Price");
+    EXPECT_EQ(grid.Row(), 1);
+
+    // The vertical bar tells where the record is in the data set, not which row is current.
+    EXPECT_EQ(grid.verticalScrollBar()->maximum(), 99);
+    table->Last();
+    EXPECT_EQ(grid.verticalScrollBar()->value(), 99);
+    EXPECT_EQ(shownQty().last(), "100");
+    EXPECT_EQ(grid.Row(), grid.RowCount() - 2);
+    grid.verticalScrollBar()->setValue(49);
+    EXPECT_EQ(table->RecNo(), 50);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), grid.Row()), "50");
+}
+
+TEST_F(DBGrid, KeysAndClicksMoveTheDataSet)
+{
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    EXPECT_EQ(table->RecNo(), 3);
+    EXPECT_EQ(grid.Row(), 3);
+    key(Qt::Key_Up);
+    EXPECT_EQ(table->RecNo(), 2);
+    key(Qt::Key_End, Qt::ControlModifier);
+    EXPECT_TRUE(table->Eof());
+    key(Qt::Key_Down); // nothing past the last record
+    EXPECT_EQ(table->RecNo(), 100);
+    key(Qt::Key_Home, Qt::ControlModifier);
+    EXPECT_EQ(table->RecNo(), 1);
+    const int page = grid.VisibleRowCount();
+    key(Qt::Key_PageDown);
+    EXPECT_EQ(table->RecNo(), 1 + page);
+
+    table->First();
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(grid.DataToRawColumn(1), 4).center());
+    EXPECT_EQ(table->RecNo(), 4);
+    EXPECT_EQ(grid.Row(), 4);
+    EXPECT_EQ(grid.Col(), grid.DataToRawColumn(1));
+    // The blank filler row holds no record: clicking it leaves the data set where it is.
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(2, grid.RowCount() - 1).center());
+    EXPECT_EQ(table->RecNo(), 4);
+}
+
+TEST_F(DBGrid, OneRecordScrollRepaintsOnlyTheNewRowAndTheIndicator)
+{
+    table->MoveBy(grid.DataLink()->RecordCount() - 1); // the last row of the window
+    paintNow();
+    const int last = grid.Row();
+    grid.drawn.clear();
+    key(Qt::Key_Down);
+    QApplication::processEvents();
+    EXPECT_EQ(grid.Row(), last);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), last), QString::number(table->RecNo()));
+    QSet<int> rows;
+    for (const auto &cell : grid.drawn)
+        if (cell.first > 0)
+            rows.insert(cell.second);
+    // The rows above moved as pixels; only the row that came in is painted cell by cell.
+    EXPECT_FALSE(rows.contains(1));
+    EXPECT_FALSE(rows.contains(last / 2));
+    EXPECT_TRUE(rows.contains(last));
+    EXPECT_TRUE(grid.drawn.contains({0, last}));
+    EXPECT_TRUE(grid.drawn.contains({0, last - 1})); // the indicator left the row that scrolled up
+}
+
+TEST_F(DBGrid, FollowsChangesOfTheDataSet)
+{
+    table->Edit();
+    table->FieldByName(QStringLiteral("Qty"))->SetAsInteger(777);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), "777");
+    table->Post();
+    table->Close();
+    EXPECT_FALSE(grid.DataLink()->Active());
+    EXPECT_EQ(grid.RowCount(), 1 + 1 + 1);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), QString());
+    table->Open();
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), "777");
+
+    // An empty data set shows one empty row, and the indicator shows no current record.
+    while (!table->IsEmpty())
+        table->Delete();
+    EXPECT_EQ(grid.RowCount(), 1 + 1 + 1);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), QString());
+    const QImage image = grid.grab().toImage();
+    EXPECT_FALSE(image.isNull());
+}
+
+TEST_F(DBGrid, ColumnsOfMissingFieldsStayEmpty)
+{
+    TQColumn *qty = grid.GetColumns()->Add();
+    qty->SetFieldName(QStringLiteral("Qty"));
+    TQColumn *gone = grid.GetColumns()->Add();
+    gone->SetFieldName(QStringLiteral("NoSuchField"));
+    ASSERT_EQ(grid.GetColumns()->State(), csCustomized);
+    // The user's columns replace nothing the grid made by itself, and the layout follows them.
+    EXPECT_EQ(grid.ColCount(), 1 + grid.GetColumns()->Count());
+    const int goneCol = grid.DataToRawColumn(grid.GetColumns()->Count() - 1);
+    EXPECT_EQ(grid.CellText(goneCol, 1), QString());
+    EXPECT_EQ(grid.CellText(goneCol - 1, 1), "1");
+    grid.SetLeftCol(goneCol - 1);
+    paintNow(); // painting a column without a field must not fail
+    EXPECT_TRUE(grid.drawn.contains({goneCol, 1}));
+}
+
+TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
+{
+    ForwardOnlyTable table;
+    table.FieldDefs().Add(QStringLiteral("A"), ftInteger);
+    table.CreateDataSet();
+    TDataSource source;
+    source.SetDataSet(&table);
+    TQDBGrid grid;
+    try {
+        grid.SetDataSource(&source);
+        FAIL() << "a forward-only data set was accepted";
+    } catch (const EDatabaseError &e) {
+        EXPECT_TRUE(e.Message().contains(DBConsts::SDataSetUnidirectional()));
+    }
+}
