@@ -7,6 +7,7 @@
 #include "platform/rtl/Exceptions.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSet>
@@ -169,6 +170,41 @@ TEST_F(DBGrid, FollowsChangesOfTheDataSet)
     EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), QString());
     const QImage image = grid.grab().toImage();
     EXPECT_FALSE(image.isNull());
+}
+
+TEST_F(DBGrid, EditsInPlaceAndPostsOnLeavingTheRecord)
+{
+    grid.setFocus();
+    grid.SetCol(grid.DataToRawColumn(1));
+    key(Qt::Key_F2);
+    ASSERT_TRUE(grid.EditorMode());
+    QWidget *editor = grid.findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(editor, QStringLiteral("Bob"));
+    EXPECT_EQ(table->State(), dsEdit);
+    QTest::keyClick(editor, Qt::Key_Return);
+    EXPECT_FALSE(grid.EditorMode());
+    key(Qt::Key_Down);
+    EXPECT_EQ(table->State(), dsBrowse);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(1), 1), "Bob");
+
+    // Esc leaves the editor, a second Esc gives the record back as it was.
+    key(Qt::Key_F2);
+    editor = grid.findChild<QLineEdit *>();
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(editor, QStringLiteral("Ann"));
+    QTest::keyClick(editor, Qt::Key_Escape);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(table->State(), dsBrowse);
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Name"))->AsString(), "r2");
+
+    // Insert opens a new record in the grid; Esc drops it.
+    const int count = table->RecordCount();
+    key(Qt::Key_Insert);
+    EXPECT_EQ(table->State(), dsInsert);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(table->RecordCount(), count);
 }
 
 TEST_F(DBGrid, ColumnsOfMissingFieldsStayEmpty)
