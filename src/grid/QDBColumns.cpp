@@ -394,7 +394,8 @@ TQColumn *TQDBGridColumns::FindColumn(const QString &fieldName, int from) const
 
 void TQDBGridColumns::Update(TCollectionItem *item)
 {
-    if (!grid_ || grid_->IsLoading())
+    // A collection read from a column file is not yet the grid's: nothing to show.
+    if (!grid_ || grid_->GetColumns() != this || grid_->IsLoading())
         return;
     if (auto *column = static_cast<TQColumn *>(item)) {
         const int raw = grid_->DataToRawColumn(column->Index());

@@ -6,6 +6,7 @@
 #include "platform/rtl/Collection.h"
 
 #include <QFont>
+#include <QIODevice>
 #include <QPointer>
 
 namespace qdb {
@@ -171,6 +172,13 @@ public:
     void RebuildColumns();
     // The column bound to a field name, searched from a position on; nullptr when none.
     TQColumn *FindColumn(const QString &fieldName, int from = 0) const;
+
+    // Column files: the columns and the grid's sort order as one component stream. A stream
+    // that cannot be read raises EReadError and leaves the columns as they were.
+    void SaveToStream(QIODevice &stream);
+    void LoadFromStream(QIODevice &stream);
+    void SaveToFile(const QString &fileName);
+    void LoadFromFile(const QString &fileName);
 
 protected:
     void Update(TCollectionItem *item) override;

@@ -40,6 +40,14 @@ bool TQCustomDBGrid::GetColumnNesting() const { return d_->columnNesting; }
 int TQCustomDBGrid::GetDefaultWidthMin() const { return d_->defaultWidthMin; }
 int TQCustomDBGrid::GetDefaultWidthMax() const { return d_->defaultWidthMax; }
 QString TQCustomDBGrid::GetKeyFields() const { return d_->keyFields; }
+bool TQCustomDBGrid::IsSavingColumns() const { return d_->savingColumns > 0; }
+bool TQCustomDBGrid::IsLoadingColumns() const { return d_->loadingColumns > 0; }
+void TQCustomDBGrid::SetSavingColumns(bool on) { d_->savingColumns += on ? 1 : -1; }
+void TQCustomDBGrid::SetLoadingColumns(bool on) { d_->loadingColumns += on ? 1 : -1; }
+QString TQCustomDBGrid::GetOrderFields() const { return d_->orderFields; }
+void TQCustomDBGrid::SetOrderFields(const QString &order) { d_->orderFields = order; }
+void TQCustomDBGrid::BeginOrderUpdate() { ++d_->orderLock; }
+void TQCustomDBGrid::EndOrderUpdate() { --d_->orderLock; }
 TQGridStyle *TQCustomDBGrid::GetGridStyle() const { return d_->style; }
 
 void TQCustomDBGrid::SetDataSource(TDataSource *source)

@@ -145,7 +145,16 @@ public:
     void EnablePosition(bool restore);
     bool IsLoading() const { return false; }
     bool IsDesigning() const { return false; }
-    bool IsSavingColumns() const { return false; }
+    bool IsSavingColumns() const;
+    bool IsLoadingColumns() const;
+    void SetSavingColumns(bool on);
+    void SetLoadingColumns(bool on);
+
+    // The sort order as text; the title markers that show it come with sorting.
+    QString GetOrderFields() const;
+    void SetOrderFields(const QString &order);
+    void BeginOrderUpdate();
+    void EndOrderUpdate();
 
     // Filled in by later features; the record window calls them at their moments.
     virtual void UpdateFilter() {}

@@ -31,6 +31,10 @@ struct TQCustomDBGrid::Private
     TGridImageList indicators;
     bool settingActive = false; // the grid follows the data set, it does not move it
     bool updatingScrollBar = false;
+    int savingColumns = 0;
+    int loadingColumns = 0;
+    QString orderFields;
+    int orderLock = 0;
 };
 
 } // namespace qdb

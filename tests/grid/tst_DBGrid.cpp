@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QSet>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -222,6 +223,56 @@ TEST_F(DBGrid, ColumnsOfMissingFieldsStayEmpty)
     grid.SetLeftCol(goneCol - 1);
     paintNow(); // painting a column without a field must not fail
     EXPECT_TRUE(grid.drawn.contains({goneCol, 1}));
+}
+
+TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("columns.json"));
+    TQDBGridColumns *columns = grid.GetColumns();
+    columns->BeginUpdate();
+    columns->Clear();
+    TQColumn *qty = columns->Add();
+    qty->SetFieldName(QStringLiteral("Qty"));
+    qty->SetWidth(90);
+    qty->GetTitle()->SetCaption(QStringLiteral("Quantity"));
+    TQColumn *name = columns->Add();
+    name->SetFieldName(QStringLiteral("Name"));
+    name->SetVisible(false);
+    columns->EndUpdate();
+    grid.SetOrderFields(QStringLiteral("Qty DESC,Name"));
+    columns->SaveToFile(file);
+
+    columns->SetState(csDefault);
+    grid.SetOrderFields(QString());
+    columns->LoadFromFile(file);
+    ASSERT_EQ(columns->Count(), 2);
+    EXPECT_EQ(columns->State(), csCustomized);
+    EXPECT_EQ(columns->Items(0)->GetFieldName(), "Qty");
+    EXPECT_EQ(columns->Items(0)->GetWidth(), 90);
+    EXPECT_EQ(columns->Items(0)->GetTitle()->GetCaption(), "Quantity");
+    EXPECT_FALSE(columns->Items(1)->GetVisible());
+    EXPECT_EQ(columns->Items(1)->GetTitle()->GetCaption(), "Name"); // not stored: still the field's
+    EXPECT_EQ(grid.GetOrderFields(), "Qty DESC,Name");
+    EXPECT_EQ(grid.ColCount(), 1 + 2);
+    EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(0)), 90);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), 1), "1");
+
+    // A file that cannot be read leaves the columns and the order as they were.
+    const auto unchanged = [&] {
+        ASSERT_EQ(columns->Count(), 2);
+        EXPECT_EQ(columns->Items(0)->GetWidth(), 90);
+        EXPECT_EQ(grid.GetOrderFields(), "Qty DESC,Name");
+    };
+    for (const QByteArray &bad : {QByteArray("{\"Columns\": [{\"FieldName\": \"ID\"}, {\"Widht\": 5}]}"),
+                                  QByteArray("{\"Columns\": [{\"FieldName\": \"ID\", \"Width\": \"wide\"}]}"),
+                                  QByteArray("{\"Columns\": [{\"FieldNa"), QByteArray()}) {
+        WriteTextFile(file, bad);
+        EXPECT_THROW(columns->LoadFromFile(file), EReadError) << bad.constData();
+        unchanged();
+    }
+    EXPECT_THROW(columns->LoadFromFile(dir.filePath(QStringLiteral("missing.json"))), EFOpenError);
+    unchanged();
 }
 
 TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
