@@ -102,7 +102,25 @@ QString TQColumnTitle::GetHeaderText(const QString &path, int row)
 
 // ---- TQColumn ----
 
-TQColumn::TQColumn(TCollection *collection) : TCollectionItem(collection), title_(new TQColumnTitle(this)) {}
+TQColumnReport::TQColumnReport(QObject *parent) : QObject(parent)
+{
+    RegisterSetType<TDialogOption>();
+}
+
+void TQColumnReport::RestoreDefaults()
+{
+    AutoHeight = false;
+    DialogOptions = {doShowColumn, doItemEnabled};
+    TotalMask.clear();
+    TotalText.clear();
+    TotalType = ttNone;
+    Visible = true;
+}
+
+TQColumn::TQColumn(TCollection *collection)
+    : TCollectionItem(collection), title_(new TQColumnTitle(this)), report_(new TQColumnReport(this))
+{
+}
 
 TQCustomDBGrid *TQColumn::GetGrid() const
 {
@@ -194,8 +212,22 @@ void TQColumn::SetWidth(int width)
     if (width < (colLines ? 0 : 1))
         return;
     width_ = width;
+    widthBase_ = -1; // a width the user gives is the new weight too
     assigned_ += cvWidth;
     changed();
+}
+
+int TQColumn::GetWidthBase() const
+{
+    if (widthBase_ >= 0)
+        return widthBase_;
+    return assigned_.Contains(cvWidth) ? width_ : DefaultWidth();
+}
+
+void TQColumn::SetWidthBase(int width)
+{
+    SetWidth(width);
+    widthBase_ = qMax(0, width);
 }
 
 TAlignment TQColumn::DefaultAlignment() const

@@ -4,6 +4,7 @@
 
 #include "platform/db/Fields.h"
 #include "platform/rtl/Collection.h"
+#include "platform/rtl/Strings.h"
 
 #include <QFont>
 #include <QIODevice>
@@ -59,6 +60,37 @@ private:
     QString header_;
 };
 
+// How a column appears in the grid's printed report.
+class TQColumnReport : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool AutoHeight MEMBER AutoHeight)
+    Q_PROPERTY(qdb::TDialogOptions DialogOptions MEMBER DialogOptions)
+    Q_PROPERTY(QString TotalMask MEMBER TotalMask)
+    Q_PROPERTY(QString TotalText MEMBER TotalText)
+    Q_PROPERTY(qdb::QDBGridTypes::TTotalType TotalType MEMBER TotalType)
+    Q_PROPERTY(bool Visible MEMBER Visible)
+
+public:
+    explicit TQColumnReport(QObject *parent = nullptr);
+    bool IsPrinted() const { return Visible; }
+    void RestoreDefaults();
+    // Only values that differ from the defaults are written.
+    Q_INVOKABLE bool IsAutoHeightStored() const { return AutoHeight; }
+    Q_INVOKABLE bool IsDialogOptionsStored() const { return DialogOptions != TDialogOptions{doShowColumn, doItemEnabled}; }
+    Q_INVOKABLE bool IsTotalMaskStored() const { return !TotalMask.isEmpty(); }
+    Q_INVOKABLE bool IsTotalTextStored() const { return !TotalText.isEmpty(); }
+    Q_INVOKABLE bool IsTotalTypeStored() const { return TotalType != ttNone; }
+    Q_INVOKABLE bool IsVisibleStored() const { return !Visible; }
+
+    bool AutoHeight = false;
+    TDialogOptions DialogOptions{doShowColumn, doItemEnabled};
+    QString TotalMask;
+    QString TotalText;
+    TTotalType TotalType = ttNone;
+    bool Visible = true;
+};
+
 // A column of the data grid, bound to a field by name. Look properties hold a default
 // (from the field or the grid) until assigned; only assigned ones are stored.
 class TQColumn : public TCollectionItem
@@ -75,6 +107,7 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(int ExpandCols READ GetExpandCols WRITE SetExpandCols)
     Q_PROPERTY(bool Expanded READ GetExpanded WRITE SetExpanded)
     Q_PROPERTY(qdb::TQColumnTitle *Title READ GetTitle)
+    Q_PROPERTY(qdb::TQColumnReport *Report READ GetReport)
 
 public:
     explicit TQColumn(TCollection *collection = nullptr);
@@ -110,6 +143,11 @@ public:
     bool GetExpanded() const;
     void SetExpanded(bool on);
     TQColumnTitle *GetTitle() const { return title_; }
+    TQColumnReport *GetReport() const { return report_; }
+    // The column's weight when the grid stretches its columns; while it does not, the width
+    // follows it.
+    int GetWidthBase() const;
+    void SetWidthBase(int width);
 
     int DefaultWidth() const;
     TAlignment DefaultAlignment() const;
@@ -152,7 +190,9 @@ private:
     bool visible_ = true;
     int expandCols_ = 0;
     bool expanded_ = true;
+    int widthBase_ = -1; // -1: the width
     TQColumnTitle *title_;
+    TQColumnReport *report_;
 };
 
 // The grid's columns.
@@ -180,11 +220,20 @@ public:
     void SaveToFile(const QString &fileName);
     void LoadFromFile(const QString &fileName);
 
+    // The layout block of the columns as name=value lines, and its reading back: order,
+    // base widths scaled between screen densities, and the visible, expanded and printed flags.
+    void GetSettings(TStrings &layout) const;
+    void ApplySettings(const TStrings &layout);
+    void SetSettings(const TStrings &layout) { ApplySettings(layout); }
+
 protected:
     void Update(TCollectionItem *item) override;
 
 private:
     TQCustomDBGrid *grid_;
 };
+
+// Separates the values of a column's line in a layout.
+QString &ColumnSettingsSeparator();
 
 } // namespace qdb

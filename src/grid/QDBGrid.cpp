@@ -46,6 +46,10 @@ void TQCustomDBGrid::SetSavingColumns(bool on) { d_->savingColumns += on ? 1 : -
 void TQCustomDBGrid::SetLoadingColumns(bool on) { d_->loadingColumns += on ? 1 : -1; }
 QString TQCustomDBGrid::GetOrderFields() const { return d_->orderFields; }
 void TQCustomDBGrid::SetOrderFields(const QString &order) { d_->orderFields = order; }
+bool TQCustomDBGrid::GetStretchMode() const { return d_->stretchMode; }
+void TQCustomDBGrid::SetStretchMode(bool on) { d_->stretchMode = on; }
+TQSettingsOptions TQCustomDBGrid::GetSettingsOptions() const { return d_->settingsOptions; }
+void TQCustomDBGrid::SetSettingsOptions(TQSettingsOptions options) { d_->settingsOptions = options; }
 void TQCustomDBGrid::BeginOrderUpdate() { ++d_->orderLock; }
 void TQCustomDBGrid::EndOrderUpdate() { --d_->orderLock; }
 TQGridStyle *TQCustomDBGrid::GetGridStyle() const { return d_->style; }

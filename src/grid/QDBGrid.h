@@ -150,6 +150,16 @@ public:
     void SetSavingColumns(bool on);
     void SetLoadingColumns(bool on);
 
+    // Whether the columns stretch to the grid's width; the stretching itself comes with
+    // the grid geometry.
+    bool GetStretchMode() const;
+    void SetStretchMode(bool on);
+    // What the grid's saved layout holds; the settings object keeps them once it exists.
+    TQSettingsOptions GetSettingsOptions() const;
+    void SetSettingsOptions(TQSettingsOptions options);
+    // The pixels per inch of the grid's coordinates, for layouts saved at another density.
+    int CurrentPPI() const { return logicalDpiY(); }
+
     // The sort order as text; the title markers that show it come with sorting.
     QString GetOrderFields() const;
     void SetOrderFields(const QString &order);

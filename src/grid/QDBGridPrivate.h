@@ -35,6 +35,8 @@ struct TQCustomDBGrid::Private
     int loadingColumns = 0;
     QString orderFields;
     int orderLock = 0;
+    bool stretchMode = false;
+    TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
 };
 
 } // namespace qdb

@@ -42,6 +42,15 @@ enum TQLookupColumn { lcNotDefined, lcLookupField, lcLookupKeyField, lcLookupRes
 Q_ENUM_NS(TQLookupColumn)
 enum TDBGridColumnsState { csDefault, csCustomized };
 Q_ENUM_NS(TDBGridColumnsState)
+enum TDialogOption { doShowColumn, doItemEnabled };
+Q_ENUM_NS(TDialogOption)
+enum TTotalType { ttNone, ttSum, ttCount, ttMax, ttMin, ttAverage, ttText, ttExpression, ttGrowExpression };
+Q_ENUM_NS(TTotalType)
+enum TQSettingsOption {
+    soLoadLayout, soSaveLayout, soUserSettings, soStretchMode, soOrderFields, soLinesCount, soMultiSelect,
+    soSelectedRow, soStripedRows, soAutoFilter, soFiltered, soFilters
+};
+Q_ENUM_NS(TQSettingsOption)
 } // namespace QDBGridTypes
 using namespace QDBGridTypes;
 
@@ -49,5 +58,7 @@ using TQDBGridOptions = Set<TQDBGridOption>;
 using TQDBGridOptionsEx = Set<TQDBGridOptionEx>;
 using TQDBGridOptionsExt = Set<TQDBGridOptionExt>;
 using TQColumnValues = Set<TQColumnValue>;
+using TDialogOptions = Set<TDialogOption>;
+using TQSettingsOptions = Set<TQSettingsOption>;
 
 } // namespace qdb

@@ -52,14 +52,19 @@ QString SemicolonToComma(const QString &s)
 
 QString ScanStr(QString &s, QChar separator)
 {
-    const qsizetype at = s.indexOf(separator);
+    return ScanStr(s, QString(separator));
+}
+
+QString ScanStr(QString &s, const QString &separator)
+{
+    const qsizetype at = separator.isEmpty() ? -1 : s.indexOf(separator);
     QString head;
     if (at < 0) {
         head = s;
         s.clear();
     } else {
         head = s.left(at);
-        s.remove(0, at + 1);
+        s.remove(0, at + separator.size());
     }
     return head;
 }

@@ -14,6 +14,7 @@ QString CommaToSemicolon(const QString &s);
 QString SemicolonToComma(const QString &s);
 // The text before the first separator; s loses it and the separator (all of s when absent).
 QString ScanStr(QString &s, QChar separator);
+QString ScanStr(QString &s, const QString &separator);
 
 // The ORDER BY list of the last line of a query that has one ("" when none).
 QString ExtractOrderFields(const TStrings *lines);

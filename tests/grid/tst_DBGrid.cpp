@@ -239,9 +239,11 @@ TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
     TQColumn *name = columns->Add();
     name->SetFieldName(QStringLiteral("Name"));
     name->SetVisible(false);
+    name->GetReport()->Visible = false;
     columns->EndUpdate();
     grid.SetOrderFields(QStringLiteral("Qty DESC,Name"));
     columns->SaveToFile(file);
+    EXPECT_FALSE(ReadTextFile(file).contains(QStringLiteral("AutoHeight"))); // defaults are not written
 
     columns->SetState(csDefault);
     grid.SetOrderFields(QString());
@@ -252,6 +254,7 @@ TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
     EXPECT_EQ(columns->Items(0)->GetWidth(), 90);
     EXPECT_EQ(columns->Items(0)->GetTitle()->GetCaption(), "Quantity");
     EXPECT_FALSE(columns->Items(1)->GetVisible());
+    EXPECT_FALSE(columns->Items(1)->GetReport()->IsPrinted());
     EXPECT_EQ(columns->Items(1)->GetTitle()->GetCaption(), "Name"); // not stored: still the field's
     EXPECT_EQ(grid.GetOrderFields(), "Qty DESC,Name");
     EXPECT_EQ(grid.ColCount(), 1 + 2);
@@ -273,6 +276,51 @@ TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
     }
     EXPECT_THROW(columns->LoadFromFile(dir.filePath(QStringLiteral("missing.json"))), EFOpenError);
     unchanged();
+}
+
+TEST_F(DBGrid, LayoutLinesOfTheColumns)
+{
+    TQDBGridColumns *columns = grid.GetColumns();
+    columns->FindColumn(QStringLiteral("Qty"))->SetWidth(120);
+    columns->FindColumn(QStringLiteral("Name"))->SetVisible(false);
+    columns->FindColumn(QStringLiteral("Paid"))->GetReport()->Visible = false;
+    TStringList layout;
+    columns->GetSettings(layout);
+    const int ppi = grid.CurrentPPI();
+    EXPECT_EQ(layout.Count(), 1 + 6 + 1);
+    EXPECT_EQ(layout[0], "Columns=6");
+    EXPECT_EQ(layout[2].left(layout[2].indexOf(QLatin1Char(','))), "Column2=Name");
+    EXPECT_TRUE(layout[2].endsWith(",0,0,1")) << layout[2].toStdString();
+    EXPECT_EQ(layout[3], "Column3=Qty,120,1,0,1");
+    EXPECT_TRUE(layout[6].endsWith(",1,0,0")) << layout[6].toStdString();
+    EXPECT_EQ(layout[7], QStringLiteral("CurrentPPI=%1").arg(ppi));
+
+    // A layout from a screen of twice the density, naming a field that no longer exists,
+    // with items missing or unreadable.
+    TStringList saved;
+    saved.SetText(QStringLiteral("Columns=4\nColumn1=Qty,100,1,0,0\nColumn2=Gone,50,1,1,1\n"
+                                 "Column3=Name,80,1\nColumn4=Paid,x,,y\nCurrentPPI=%1\n").arg(2 * ppi));
+    columns->ApplySettings(saved);
+    EXPECT_EQ(columns->Items(0)->GetFieldName(), "Qty");
+    EXPECT_EQ(columns->Items(0)->GetWidth(), 50);
+    EXPECT_FALSE(columns->Items(0)->GetReport()->Visible);
+    TQColumn *name = columns->FindColumn(QStringLiteral("Name"));
+    EXPECT_EQ(name->Index(), 2);
+    EXPECT_EQ(name->GetWidth(), 40);
+    EXPECT_TRUE(name->GetVisible());
+    TQColumn *paid = columns->FindColumn(QStringLiteral("Paid"));
+    EXPECT_EQ(paid->Index(), 3);
+    EXPECT_FALSE(paid->GetReport()->Visible); // unreadable: kept
+    EXPECT_TRUE(paid->GetVisible());
+    EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(0)), 50);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), 1), "1");
+
+    // The separator is the application's to choose.
+    ColumnSettingsSeparator() = QStringLiteral(";");
+    TStringList semicolons;
+    columns->GetSettings(semicolons);
+    ColumnSettingsSeparator() = QStringLiteral(",");
+    EXPECT_EQ(semicolons[1], "Column1=Qty;50;1;0;0");
 }
 
 TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
