@@ -68,6 +68,25 @@ void TQColumnTitle::SetHeader(const QString &header)
     column_->changed();
 }
 
+QColor TQColumnTitle::DefaultColor() const
+{
+    TQCustomDBGrid *grid = column_->GetGrid();
+    return grid ? grid->palette().color(QPalette::Button) : QColor(Qt::lightGray);
+}
+
+QColor TQColumnTitle::GetColor() const
+{
+    return column_->assigned_.Contains(cvTitleColor) ? color_ : DefaultColor();
+}
+
+void TQColumnTitle::SetColor(const QColor &color)
+{
+    color_ = color;
+    column_->assigned_ += cvTitleColor;
+    column_->changed();
+}
+
+bool TQColumnTitle::IsColorStored() const { return column_->assigned_.Contains(cvTitleColor); }
 bool TQColumnTitle::IsCaptionStored() const { return column_->assigned_.Contains(cvTitleCaption); }
 bool TQColumnTitle::IsAlignmentStored() const { return column_->assigned_.Contains(cvTitleAlignment); }
 bool TQColumnTitle::IsFontStored() const { return column_->assigned_.Contains(cvTitleFont); }
@@ -118,8 +137,30 @@ void TQColumnReport::RestoreDefaults()
 }
 
 TQColumn::TQColumn(TCollection *collection)
-    : TCollectionItem(collection), title_(new TQColumnTitle(this)), report_(new TQColumnReport(this))
+    : TCollectionItem(collection), title_(new TQColumnTitle(this)), report_(new TQColumnReport(this)),
+      filterList_(new TStringList(this)), pickList_(new TStringList(this)), pickText_(new TStringList(this))
 {
+    RegisterSetType<TQListOption>();
+    RegisterSetType<TQPickOption>();
+    RegisterSetType<TFilterStyle>();
+}
+
+QColor TQColumn::DefaultColor() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    return grid ? grid->palette().color(QPalette::Base) : QColor(Qt::white);
+}
+
+QColor TQColumn::GetColor() const
+{
+    return assigned_.Contains(cvColor) ? color_ : DefaultColor();
+}
+
+void TQColumn::SetColor(const QColor &color)
+{
+    color_ = color;
+    assigned_ += cvColor;
+    changed();
 }
 
 TQCustomDBGrid *TQColumn::GetGrid() const

@@ -2,10 +2,11 @@
 
 #include "QDBGridTypes.h"
 
-#include "platform/db/Fields.h"
+#include "platform/db/DataSet.h"
 #include "platform/rtl/Collection.h"
 #include "platform/rtl/Strings.h"
 
+#include <QColor>
 #include <QFont>
 #include <QIODevice>
 #include <QPointer>
@@ -24,6 +25,31 @@ class TQColumnTitle : public QObject
     Q_PROPERTY(qdb::DB::TAlignment Alignment READ GetAlignment WRITE SetAlignment)
     Q_PROPERTY(QFont Font READ GetFont WRITE SetFont)
     Q_PROPERTY(QString Header READ Header WRITE SetHeader)
+    Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
+    Q_PROPERTY(bool AutoFilter READ GetAutoFilter WRITE SetAutoFilter)
+    Q_PROPERTY(qdb::TFilterStyles AutoFilters READ GetAutoFilters WRITE SetAutoFilters)
+    Q_PROPERTY(bool AutoToggle READ GetAutoToggle WRITE SetAutoToggle)
+    Q_PROPERTY(bool Button READ GetButton WRITE SetButton)
+    Q_PROPERTY(bool Ellipsis READ GetEllipsis WRITE SetEllipsis)
+    Q_PROPERTY(QString HeaderHint READ GetHeaderHint WRITE SetHeaderHint)
+    Q_PROPERTY(QString Hint READ GetHint WRITE SetHint)
+    Q_PROPERTY(int ImageIndex READ GetImageIndex WRITE SetImageIndex)
+    Q_PROPERTY(qdb::QDBGridTypes::TMarker Marker READ GetMarker WRITE SetMarker)
+    Q_PROPERTY(int MarkerIndex READ GetMarkerIndex WRITE SetMarkerIndex)
+    Q_PROPERTY(qdb::QDBGridTypes::TVAlignment VAlignment READ GetVAlignment WRITE SetVAlignment)
+    Q_PROPERTY(bool WordWrap READ GetWordWrap WRITE SetWordWrap)
+    Q_CLASSINFO("default:AutoFilter", "true")
+    Q_CLASSINFO("default:AutoFilters", "[fsFilterList,fsFilterForm]")
+    Q_CLASSINFO("default:AutoToggle", "true")
+    Q_CLASSINFO("default:Button", "true")
+    Q_CLASSINFO("default:Ellipsis", "true")
+    Q_CLASSINFO("default:HeaderHint", "")
+    Q_CLASSINFO("default:Hint", "")
+    Q_CLASSINFO("default:ImageIndex", "-1")
+    Q_CLASSINFO("default:Marker", "tmNone")
+    Q_CLASSINFO("default:MarkerIndex", "-1")
+    Q_CLASSINFO("default:VAlignment", "tvCenter")
+    Q_CLASSINFO("default:WordWrap", "true")
 
 public:
     explicit TQColumnTitle(TQColumn *column);
@@ -37,6 +63,34 @@ public:
     void SetFont(const QFont &font);
     QString Header() const { return header_; }
     void SetHeader(const QString &header);
+    QColor GetColor() const;
+    void SetColor(const QColor &color);
+    QColor DefaultColor() const;
+    Q_INVOKABLE bool IsColorStored() const;
+    bool GetAutoFilter() const { return autoFilter_; }
+    void SetAutoFilter(bool value) { assign(autoFilter_, value); }
+    TFilterStyles GetAutoFilters() const { return autoFilters_; }
+    void SetAutoFilters(TFilterStyles value) { assign(autoFilters_, value); }
+    bool GetAutoToggle() const { return autoToggle_; }
+    void SetAutoToggle(bool value) { assign(autoToggle_, value); }
+    bool GetButton() const { return button_; }
+    void SetButton(bool value) { assign(button_, value); }
+    bool GetEllipsis() const { return ellipsis_; }
+    void SetEllipsis(bool value) { assign(ellipsis_, value); }
+    QString GetHeaderHint() const { return headerHint_; }
+    void SetHeaderHint(const QString &value) { assign(headerHint_, value); }
+    QString GetHint() const { return hint_; }
+    void SetHint(const QString &value) { assign(hint_, value); }
+    int GetImageIndex() const { return imageIndex_; }
+    void SetImageIndex(int value) { assign(imageIndex_, value); }
+    TMarker GetMarker() const { return marker_; }
+    void SetMarker(TMarker value) { assign(marker_, value); }
+    int GetMarkerIndex() const { return markerIndex_; }
+    void SetMarkerIndex(int value) { assign(markerIndex_, value); }
+    TVAlignment GetVAlignment() const { return vAlignment_; }
+    void SetVAlignment(TVAlignment value) { assign(vAlignment_, value); }
+    bool GetWordWrap() const { return wordWrap_; }
+    void SetWordWrap(bool value) { assign(wordWrap_, value); }
 
     QString DefaultCaption() const;
     TAlignment DefaultAlignment() const { return taLeftJustify; }
@@ -53,11 +107,27 @@ public:
     static QString GetHeaderText(const QString &path, int row);
 
 private:
+    template <typename T>
+    void assign(T &member, const T &value);
+
     TQColumn *column_;
     QString caption_;
     TAlignment alignment_ = taLeftJustify;
     QFont font_;
     QString header_;
+    QColor color_;
+    bool autoFilter_ = true;
+    TFilterStyles autoFilters_{fsFilterList, fsFilterForm};
+    bool autoToggle_ = true;
+    bool button_ = true;
+    bool ellipsis_ = true;
+    QString headerHint_;
+    QString hint_;
+    int imageIndex_ = -1;
+    TMarker marker_ = tmNone;
+    int markerIndex_ = -1;
+    TVAlignment vAlignment_ = tvCenter;
+    bool wordWrap_ = true;
 };
 
 // How a column appears in the grid's printed report.
@@ -108,6 +178,109 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(bool Expanded READ GetExpanded WRITE SetExpanded)
     Q_PROPERTY(qdb::TQColumnTitle *Title READ GetTitle)
     Q_PROPERTY(qdb::TQColumnReport *Report READ GetReport)
+    Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
+    Q_PROPERTY(qdb::TStrings *FilterList READ GetFilterList)
+    Q_PROPERTY(qdb::TStrings *PickList READ GetPickList)
+    Q_PROPERTY(qdb::TStrings *PickText READ GetPickText)
+    Q_PROPERTY(bool AutoNumber READ GetAutoNumber WRITE SetAutoNumber)
+    Q_PROPERTY(qdb::QDBGridTypes::TQColumnButtonStyle ButtonStyle READ GetButtonStyle WRITE SetButtonStyle)
+    Q_PROPERTY(qdb::QDBGridTypes::TCalendarDepth CalendarDepth READ GetCalendarDepth WRITE SetCalendarDepth)
+    Q_PROPERTY(qdb::QDBGridTypes::TEditCharCase CharCase READ GetCharCase WRITE SetCharCase)
+    Q_PROPERTY(bool CheckBox READ GetCheckBox WRITE SetCheckBox)
+    Q_PROPERTY(qdb::QDBGridTypes::TCheckBoxKind CheckBoxKind READ GetCheckBoxKind WRITE SetCheckBoxKind)
+    Q_PROPERTY(qdb::QDBGridTypes::TCheckBoxStyle CheckBoxStyle READ GetCheckBoxStyle WRITE SetCheckBoxStyle)
+    Q_PROPERTY(bool CheckBoxThemed READ GetCheckBoxThemed WRITE SetCheckBoxThemed)
+    Q_PROPERTY(qdb::QDBGridTypes::TCheckBoxToggle CheckBoxToggle READ GetCheckBoxToggle WRITE SetCheckBoxToggle)
+    Q_PROPERTY(QString CheckBoxValues READ GetCheckBoxValues WRITE SetCheckBoxValues)
+    Q_PROPERTY(QString DelimiterChar READ GetDelimiterChar WRITE SetDelimiterChar)
+    Q_PROPERTY(bool DelimiterLine READ GetDelimiterLine WRITE SetDelimiterLine)
+    Q_PROPERTY(QString DelimiterText READ GetDelimiterText WRITE SetDelimiterText)
+    Q_PROPERTY(qdb::TDialogOptions DialogOptions READ GetDialogOptions WRITE SetDialogOptions)
+    Q_PROPERTY(int DropDownRows READ GetDropDownRows WRITE SetDropDownRows)
+    Q_PROPERTY(int DropDownWidth READ GetDropDownWidth WRITE SetDropDownWidth)
+    Q_PROPERTY(bool EditMemo READ GetEditMemo WRITE SetEditMemo)
+    Q_PROPERTY(QString EditorHint READ GetEditorHint WRITE SetEditorHint)
+    Q_PROPERTY(bool Ellipsis READ GetEllipsis WRITE SetEllipsis)
+    Q_PROPERTY(bool ExpandBox READ GetExpandBox WRITE SetExpandBox)
+    Q_PROPERTY(qdb::QDBGridTypes::TExpandBoxSize ExpandBoxSize READ GetExpandBoxSize WRITE SetExpandBoxSize)
+    Q_PROPERTY(bool ExpandBoxThemed READ GetExpandBoxThemed WRITE SetExpandBoxThemed)
+    Q_PROPERTY(qdb::QDBGridTypes::TExpandBoxToggle ExpandBoxToggle READ GetExpandBoxToggle WRITE SetExpandBoxToggle)
+    Q_PROPERTY(bool ExpandBoxTree READ GetExpandBoxTree WRITE SetExpandBoxTree)
+    Q_PROPERTY(qdb::QDBGridTypes::TQColumnExpandStyle ExpandStyle READ GetExpandStyle WRITE SetExpandStyle)
+    Q_PROPERTY(QString FilterText READ GetFilterText WRITE SetFilterText)
+    Q_PROPERTY(QString Hint READ GetHint WRITE SetHint)
+    Q_PROPERTY(qdb::QDBGridTypes::TImageDraw ImageDraw READ GetImageDraw WRITE SetImageDraw)
+    Q_PROPERTY(int ImageMargin READ GetImageMargin WRITE SetImageMargin)
+    Q_PROPERTY(int ImageOffsetX READ GetImageOffsetX WRITE SetImageOffsetX)
+    Q_PROPERTY(int ImageOffsetY READ GetImageOffsetY WRITE SetImageOffsetY)
+    Q_PROPERTY(qdb::TQListOptions ListOptions READ GetListOptions WRITE SetListOptions)
+    Q_PROPERTY(QString LookupParentField READ GetLookupParentField WRITE SetLookupParentField)
+    Q_PROPERTY(QString LookupTreeViewField READ GetLookupTreeViewField WRITE SetLookupTreeViewField)
+    Q_PROPERTY(QString LookupListTitles READ GetLookupListTitles WRITE SetLookupListTitles)
+    Q_PROPERTY(QString LookupListWidths READ GetLookupListWidths WRITE SetLookupListWidths)
+    Q_PROPERTY(qdb::QDBGridTypes::TMultiSelectText MultiSelectText READ GetMultiSelectText WRITE SetMultiSelectText)
+    Q_PROPERTY(qdb::TQPickOptions PickOptions READ GetPickOptions WRITE SetPickOptions)
+    Q_PROPERTY(QString PickTextFormat READ GetPickTextFormat WRITE SetPickTextFormat)
+    Q_PROPERTY(bool QuickDraw READ GetQuickDraw WRITE SetQuickDraw)
+    Q_PROPERTY(bool ShowBlob READ GetShowBlob WRITE SetShowBlob)
+    Q_PROPERTY(bool ShowEdit READ GetShowEdit WRITE SetShowEdit)
+    Q_PROPERTY(bool SuppressRTL READ GetSuppressRTL WRITE SetSuppressRTL)
+    Q_PROPERTY(bool ToolTips READ GetToolTips WRITE SetToolTips)
+    Q_PROPERTY(qdb::QDBGridTypes::TToolTipsWidth ToolTipsWidth READ GetToolTipsWidth WRITE SetToolTipsWidth)
+    Q_PROPERTY(bool Transparent READ GetTransparent WRITE SetTransparent)
+    Q_PROPERTY(QColor TransparentColor READ GetTransparentColor WRITE SetTransparentColor)
+    Q_PROPERTY(qdb::QDBGridTypes::TVAlignment VAlignment READ GetVAlignment WRITE SetVAlignment)
+    Q_PROPERTY(bool Wallpaper READ GetWallpaper WRITE SetWallpaper)
+    Q_PROPERTY(bool WordWrap READ GetWordWrap WRITE SetWordWrap)
+    Q_CLASSINFO("default:AutoNumber", "false")
+    Q_CLASSINFO("default:ButtonStyle", "cbsAuto")
+    Q_CLASSINFO("default:CalendarDepth", "cdDecade")
+    Q_CLASSINFO("default:CharCase", "ecNormal")
+    Q_CLASSINFO("default:CheckBox", "false")
+    Q_CLASSINFO("default:CheckBoxKind", "ckCheck")
+    Q_CLASSINFO("default:CheckBoxStyle", "cbAuto")
+    Q_CLASSINFO("default:CheckBoxThemed", "false")
+    Q_CLASSINFO("default:CheckBoxToggle", "ctOnCellClick")
+    Q_CLASSINFO("default:CheckBoxValues", "")
+    Q_CLASSINFO("default:DelimiterChar", ",")
+    Q_CLASSINFO("default:DelimiterLine", "false")
+    Q_CLASSINFO("default:DelimiterText", "")
+    Q_CLASSINFO("default:DialogOptions", "[doShowColumn,doItemEnabled]")
+    Q_CLASSINFO("default:DropDownRows", "0")
+    Q_CLASSINFO("default:DropDownWidth", "0")
+    Q_CLASSINFO("default:EditMemo", "true")
+    Q_CLASSINFO("default:EditorHint", "")
+    Q_CLASSINFO("default:Ellipsis", "true")
+    Q_CLASSINFO("default:ExpandBox", "false")
+    Q_CLASSINFO("default:ExpandBoxSize", "ebLarge")
+    Q_CLASSINFO("default:ExpandBoxThemed", "false")
+    Q_CLASSINFO("default:ExpandBoxToggle", "etOnCellClick")
+    Q_CLASSINFO("default:ExpandBoxTree", "false")
+    Q_CLASSINFO("default:ExpandStyle", "cesAuto")
+    Q_CLASSINFO("default:FilterText", "")
+    Q_CLASSINFO("default:Hint", "")
+    Q_CLASSINFO("default:ImageDraw", "idCenter")
+    Q_CLASSINFO("default:ImageMargin", "0")
+    Q_CLASSINFO("default:ImageOffsetX", "0")
+    Q_CLASSINFO("default:ImageOffsetY", "0")
+    Q_CLASSINFO("default:ListOptions", "[loAutoComplete,loAutoCloseEditor,loSelectNextValue,loAllowClearValue,loShowToday,loAllowChangeOrder,loAllowColumnResize]")
+    Q_CLASSINFO("default:LookupParentField", "")
+    Q_CLASSINFO("default:LookupTreeViewField", "")
+    Q_CLASSINFO("default:LookupListTitles", "")
+    Q_CLASSINFO("default:LookupListWidths", "")
+    Q_CLASSINFO("default:MultiSelectText", "mstEllipsis")
+    Q_CLASSINFO("default:PickOptions", "[poSelectPickText,poAcceptPickList]")
+    Q_CLASSINFO("default:PickTextFormat", "")
+    Q_CLASSINFO("default:QuickDraw", "true")
+    Q_CLASSINFO("default:ShowBlob", "true")
+    Q_CLASSINFO("default:ShowEdit", "true")
+    Q_CLASSINFO("default:SuppressRTL", "false")
+    Q_CLASSINFO("default:ToolTips", "true")
+    Q_CLASSINFO("default:ToolTipsWidth", "ttAutoWidth")
+    Q_CLASSINFO("default:Transparent", "false")
+    Q_CLASSINFO("default:VAlignment", "tvCenter")
+    Q_CLASSINFO("default:Wallpaper", "false")
+    Q_CLASSINFO("default:WordWrap", "true")
 
 public:
     explicit TQColumn(TCollection *collection = nullptr);
@@ -144,6 +317,120 @@ public:
     void SetExpanded(bool on);
     TQColumnTitle *GetTitle() const { return title_; }
     TQColumnReport *GetReport() const { return report_; }
+    QColor GetColor() const;
+    void SetColor(const QColor &color);
+    QColor DefaultColor() const;
+    Q_INVOKABLE bool IsColorStored() const { return assigned_.Contains(cvColor); }
+    TStrings *GetFilterList() const { return filterList_; }
+    TStrings *GetPickList() const { return pickList_; }
+    TStrings *GetPickText() const { return pickText_; }
+    Q_INVOKABLE bool IsFilterListStored() const { return filterList_->Count() > 0; }
+    Q_INVOKABLE bool IsPickListStored() const { return pickList_->Count() > 0; }
+    Q_INVOKABLE bool IsPickTextStored() const { return pickText_->Count() > 0; }
+    Q_INVOKABLE bool IsTransparentColorStored() const { return transparentColor_.isValid(); }
+
+    // Settings of the editors, lists, check and expand boxes and images; their behaviour
+    // belongs to the features that use them.
+    bool GetAutoNumber() const { return autoNumber_; }
+    void SetAutoNumber(bool value) { assign(autoNumber_, value); }
+    TQColumnButtonStyle GetButtonStyle() const { return buttonStyle_; }
+    void SetButtonStyle(TQColumnButtonStyle value) { assign(buttonStyle_, value); }
+    TCalendarDepth GetCalendarDepth() const { return calendarDepth_; }
+    void SetCalendarDepth(TCalendarDepth value) { assign(calendarDepth_, value); }
+    TEditCharCase GetCharCase() const { return charCase_; }
+    void SetCharCase(TEditCharCase value) { assign(charCase_, value); }
+    bool GetCheckBox() const { return checkBox_; }
+    void SetCheckBox(bool value) { assign(checkBox_, value); }
+    TCheckBoxKind GetCheckBoxKind() const { return checkBoxKind_; }
+    void SetCheckBoxKind(TCheckBoxKind value) { assign(checkBoxKind_, value); }
+    TCheckBoxStyle GetCheckBoxStyle() const { return checkBoxStyle_; }
+    void SetCheckBoxStyle(TCheckBoxStyle value) { assign(checkBoxStyle_, value); }
+    bool GetCheckBoxThemed() const { return checkBoxThemed_; }
+    void SetCheckBoxThemed(bool value) { assign(checkBoxThemed_, value); }
+    TCheckBoxToggle GetCheckBoxToggle() const { return checkBoxToggle_; }
+    void SetCheckBoxToggle(TCheckBoxToggle value) { assign(checkBoxToggle_, value); }
+    QString GetCheckBoxValues() const { return checkBoxValues_; }
+    void SetCheckBoxValues(const QString &value) { assign(checkBoxValues_, value); }
+    QString GetDelimiterChar() const { return delimiterChar_; }
+    void SetDelimiterChar(const QString &value) { assign(delimiterChar_, value); }
+    bool GetDelimiterLine() const { return delimiterLine_; }
+    void SetDelimiterLine(bool value) { assign(delimiterLine_, value); }
+    QString GetDelimiterText() const { return delimiterText_; }
+    void SetDelimiterText(const QString &value) { assign(delimiterText_, value); }
+    TDialogOptions GetDialogOptions() const { return dialogOptions_; }
+    void SetDialogOptions(TDialogOptions value) { assign(dialogOptions_, value); }
+    int GetDropDownRows() const { return dropDownRows_; }
+    void SetDropDownRows(int value) { assign(dropDownRows_, value); }
+    int GetDropDownWidth() const { return dropDownWidth_; }
+    void SetDropDownWidth(int value) { assign(dropDownWidth_, value); }
+    bool GetEditMemo() const { return editMemo_; }
+    void SetEditMemo(bool value) { assign(editMemo_, value); }
+    QString GetEditorHint() const { return editorHint_; }
+    void SetEditorHint(const QString &value) { assign(editorHint_, value); }
+    bool GetEllipsis() const { return ellipsis_; }
+    void SetEllipsis(bool value) { assign(ellipsis_, value); }
+    bool GetExpandBox() const { return expandBox_; }
+    void SetExpandBox(bool value) { assign(expandBox_, value); }
+    TExpandBoxSize GetExpandBoxSize() const { return expandBoxSize_; }
+    void SetExpandBoxSize(TExpandBoxSize value) { assign(expandBoxSize_, value); }
+    bool GetExpandBoxThemed() const { return expandBoxThemed_; }
+    void SetExpandBoxThemed(bool value) { assign(expandBoxThemed_, value); }
+    TExpandBoxToggle GetExpandBoxToggle() const { return expandBoxToggle_; }
+    void SetExpandBoxToggle(TExpandBoxToggle value) { assign(expandBoxToggle_, value); }
+    bool GetExpandBoxTree() const { return expandBoxTree_; }
+    void SetExpandBoxTree(bool value) { assign(expandBoxTree_, value); }
+    TQColumnExpandStyle GetExpandStyle() const { return expandStyle_; }
+    void SetExpandStyle(TQColumnExpandStyle value) { assign(expandStyle_, value); }
+    QString GetFilterText() const { return filterText_; }
+    void SetFilterText(const QString &value) { assign(filterText_, value); }
+    QString GetHint() const { return hint_; }
+    void SetHint(const QString &value) { assign(hint_, value); }
+    TImageDraw GetImageDraw() const { return imageDraw_; }
+    void SetImageDraw(TImageDraw value) { assign(imageDraw_, value); }
+    int GetImageMargin() const { return imageMargin_; }
+    void SetImageMargin(int value) { assign(imageMargin_, value); }
+    int GetImageOffsetX() const { return imageOffsetX_; }
+    void SetImageOffsetX(int value) { assign(imageOffsetX_, value); }
+    int GetImageOffsetY() const { return imageOffsetY_; }
+    void SetImageOffsetY(int value) { assign(imageOffsetY_, value); }
+    TQListOptions GetListOptions() const { return listOptions_; }
+    void SetListOptions(TQListOptions value) { assign(listOptions_, value); }
+    QString GetLookupParentField() const { return lookupParentField_; }
+    void SetLookupParentField(const QString &value) { assign(lookupParentField_, value); }
+    QString GetLookupTreeViewField() const { return lookupTreeViewField_; }
+    void SetLookupTreeViewField(const QString &value) { assign(lookupTreeViewField_, value); }
+    QString GetLookupListTitles() const { return lookupListTitles_; }
+    void SetLookupListTitles(const QString &value) { assign(lookupListTitles_, value); }
+    QString GetLookupListWidths() const { return lookupListWidths_; }
+    void SetLookupListWidths(const QString &value) { assign(lookupListWidths_, value); }
+    TMultiSelectText GetMultiSelectText() const { return multiSelectText_; }
+    void SetMultiSelectText(TMultiSelectText value) { assign(multiSelectText_, value); }
+    TQPickOptions GetPickOptions() const { return pickOptions_; }
+    void SetPickOptions(TQPickOptions value) { assign(pickOptions_, value); }
+    QString GetPickTextFormat() const { return pickTextFormat_; }
+    void SetPickTextFormat(const QString &value) { assign(pickTextFormat_, value); }
+    bool GetQuickDraw() const { return quickDraw_; }
+    void SetQuickDraw(bool value) { assign(quickDraw_, value); }
+    bool GetShowBlob() const { return showBlob_; }
+    void SetShowBlob(bool value) { assign(showBlob_, value); }
+    bool GetShowEdit() const { return showEdit_; }
+    void SetShowEdit(bool value) { assign(showEdit_, value); }
+    bool GetSuppressRTL() const { return suppressRTL_; }
+    void SetSuppressRTL(bool value) { assign(suppressRTL_, value); }
+    bool GetToolTips() const { return toolTips_; }
+    void SetToolTips(bool value) { assign(toolTips_, value); }
+    TToolTipsWidth GetToolTipsWidth() const { return toolTipsWidth_; }
+    void SetToolTipsWidth(TToolTipsWidth value) { assign(toolTipsWidth_, value); }
+    bool GetTransparent() const { return transparent_; }
+    void SetTransparent(bool value) { assign(transparent_, value); }
+    QColor GetTransparentColor() const { return transparentColor_; }
+    void SetTransparentColor(const QColor &value) { assign(transparentColor_, value); }
+    TVAlignment GetVAlignment() const { return vAlignment_; }
+    void SetVAlignment(TVAlignment value) { assign(vAlignment_, value); }
+    bool GetWallpaper() const { return wallpaper_; }
+    void SetWallpaper(bool value) { assign(wallpaper_, value); }
+    bool GetWordWrap() const { return wordWrap_; }
+    void SetWordWrap(bool value) { assign(wordWrap_, value); }
     // The column's weight when the grid stretches its columns; while it does not, the width
     // follows it.
     int GetWidthBase() const;
@@ -193,6 +480,69 @@ private:
     int widthBase_ = -1; // -1: the width
     TQColumnTitle *title_;
     TQColumnReport *report_;
+    TStrings *filterList_;
+    TStrings *pickList_;
+    TStrings *pickText_;
+    QColor color_;
+    bool autoNumber_ = false;
+    TQColumnButtonStyle buttonStyle_ = cbsAuto;
+    TCalendarDepth calendarDepth_ = cdDecade;
+    TEditCharCase charCase_ = ecNormal;
+    bool checkBox_ = false;
+    TCheckBoxKind checkBoxKind_ = ckCheck;
+    TCheckBoxStyle checkBoxStyle_ = cbAuto;
+    bool checkBoxThemed_ = false;
+    TCheckBoxToggle checkBoxToggle_ = ctOnCellClick;
+    QString checkBoxValues_;
+    QString delimiterChar_ = QStringLiteral(",");
+    bool delimiterLine_ = false;
+    QString delimiterText_;
+    TDialogOptions dialogOptions_{doShowColumn, doItemEnabled};
+    int dropDownRows_ = 0;
+    int dropDownWidth_ = 0;
+    bool editMemo_ = true;
+    QString editorHint_;
+    bool ellipsis_ = true;
+    bool expandBox_ = false;
+    TExpandBoxSize expandBoxSize_ = ebLarge;
+    bool expandBoxThemed_ = false;
+    TExpandBoxToggle expandBoxToggle_ = etOnCellClick;
+    bool expandBoxTree_ = false;
+    TQColumnExpandStyle expandStyle_ = cesAuto;
+    QString filterText_;
+    QString hint_;
+    TImageDraw imageDraw_ = idCenter;
+    int imageMargin_ = 0;
+    int imageOffsetX_ = 0;
+    int imageOffsetY_ = 0;
+    TQListOptions listOptions_{loAutoComplete, loAutoCloseEditor, loSelectNextValue, loAllowClearValue, loShowToday, loAllowChangeOrder, loAllowColumnResize};
+    QString lookupParentField_;
+    QString lookupTreeViewField_;
+    QString lookupListTitles_;
+    QString lookupListWidths_;
+    TMultiSelectText multiSelectText_ = mstEllipsis;
+    TQPickOptions pickOptions_{poSelectPickText, poAcceptPickList};
+    QString pickTextFormat_;
+    bool quickDraw_ = true;
+    bool showBlob_ = true;
+    bool showEdit_ = true;
+    bool suppressRTL_ = false;
+    bool toolTips_ = true;
+    TToolTipsWidth toolTipsWidth_ = ttAutoWidth;
+    bool transparent_ = false;
+    QColor transparentColor_;
+    TVAlignment vAlignment_ = tvCenter;
+    bool wallpaper_ = false;
+    bool wordWrap_ = true;
+
+    template <typename T>
+    void assign(T &member, const T &value)
+    {
+        if (member == value)
+            return;
+        member = value;
+        changed();
+    }
 };
 
 // The grid's columns.
@@ -232,6 +582,15 @@ protected:
 private:
     TQCustomDBGrid *grid_;
 };
+
+template <typename T>
+void TQColumnTitle::assign(T &member, const T &value)
+{
+    if (member == value)
+        return;
+    member = value;
+    column_->changed();
+}
 
 // Separates the values of a column's line in a layout.
 QString &ColumnSettingsSeparator();

@@ -42,6 +42,51 @@ enum TQLookupColumn { lcNotDefined, lcLookupField, lcLookupKeyField, lcLookupRes
 Q_ENUM_NS(TQLookupColumn)
 enum TDBGridColumnsState { csDefault, csCustomized };
 Q_ENUM_NS(TDBGridColumnsState)
+enum TQColumnButtonStyle { cbsAuto, cbsEllipsis, cbsNone, cbsDropDown, cbsDropDownMenu, cbsCalendar, cbsCalculator };
+Q_ENUM_NS(TQColumnButtonStyle)
+enum TQColumnExpandStyle { cesAuto, cesNone, cesDropDown, cesDropDownMenu, cesFilterList, cesFilterForm };
+Q_ENUM_NS(TQColumnExpandStyle)
+enum TQPickOption {
+    poDropDownList, poListItemsOnly, poSelectPickText, poStoreItemIndex, poAcceptPickList, poAcceptItemIndex,
+    poAutoLoadList, poAppendToList, poSortedByText, poFormatPickText, poFormatListOnly
+};
+Q_ENUM_NS(TQPickOption)
+enum TQListOption {
+    loAutoComplete, loAutoDropDown, loAutoCloseEditor, loSelectNextValue, loAllowClearValue, loShowToday,
+    loShowTodayCircle, loShowWeekNumbers, loAutoTodayClose, loBoldSundays, loShowImages, loShowLookupListTitles,
+    loAllowAdjustOrder, loAllowChangeOrder, loAllowColumnResize, loAllowColumnMoving, loExpandFirstColumn,
+    loFirstColumnExpanded, loMultiSelectList, loAutoApplyList, loTreeViewCellExpand, loIncrementalList
+};
+Q_ENUM_NS(TQListOption)
+enum TCheckBoxKind { ckCheck, ckCross, cbBox };
+Q_ENUM_NS(TCheckBoxKind)
+enum TCheckBoxStyle {
+    cbAuto, cbAutoGray, cbAutoLowered, cbDefault, cbSoft, cbLoweredDark, cbLoweredGray, cbLoweredMild, cbFlat, cbGray,
+    cbMild
+};
+Q_ENUM_NS(TCheckBoxStyle)
+enum TCheckBoxToggle { ctCustomToggle, ctKeyPressOnly, ctOnCellClick, ctSelectClick };
+Q_ENUM_NS(TCheckBoxToggle)
+enum TExpandBoxToggle { etCustomToggle, etKeyPressOnly, etOnCellClick, etSelectClick };
+Q_ENUM_NS(TExpandBoxToggle)
+enum TExpandBoxSize { ebSmall, ebMedium, ebLarge };
+Q_ENUM_NS(TExpandBoxSize)
+enum TImageDraw { idAlignment, idOpposite, idCenter, idScaled, idStretch, idTileCell, idTileGrid, idTileCol, idTileRow };
+Q_ENUM_NS(TImageDraw)
+enum TVAlignment { tvTopJustify, tvBottomJustify, tvCenter };
+Q_ENUM_NS(TVAlignment)
+enum TToolTipsWidth { ttAutoWidth, ttFixedWidth };
+Q_ENUM_NS(TToolTipsWidth)
+enum TMultiSelectText { mstDefault, mstEllipsis };
+Q_ENUM_NS(TMultiSelectText)
+enum TFilterStyle { fsFilterList, fsFilterForm };
+Q_ENUM_NS(TFilterStyle)
+enum TCalendarDepth { cdMonth, cdYear, cdDecade, cdCentury };
+Q_ENUM_NS(TCalendarDepth)
+enum TMarker { tmNone, tmAscend, tmDescend };
+Q_ENUM_NS(TMarker)
+enum TEditCharCase { ecNormal, ecUpperCase, ecLowerCase };
+Q_ENUM_NS(TEditCharCase)
 enum TDialogOption { doShowColumn, doItemEnabled };
 Q_ENUM_NS(TDialogOption)
 enum TTotalType { ttNone, ttSum, ttCount, ttMax, ttMin, ttAverage, ttText, ttExpression, ttGrowExpression };
@@ -59,6 +104,9 @@ using TQDBGridOptionsEx = Set<TQDBGridOptionEx>;
 using TQDBGridOptionsExt = Set<TQDBGridOptionExt>;
 using TQColumnValues = Set<TQColumnValue>;
 using TDialogOptions = Set<TDialogOption>;
+using TQPickOptions = Set<TQPickOption>;
+using TQListOptions = Set<TQListOption>;
+using TFilterStyles = Set<TFilterStyle>;
 using TQSettingsOptions = Set<TQSettingsOption>;
 
 } // namespace qdb

@@ -192,6 +192,14 @@ bool IsPropertyStored(const QObject *object, const QMetaProperty &property)
             return stored;
         }
     }
+    // A declared default, as Q_CLASSINFO("default:Foo", "text"): the value is written only
+    // when it differs, compared in its written form.
+    const QByteArray key = QByteArray("default:") + property.name();
+    const int info = object->metaObject()->indexOfClassInfo(key.constData());
+    if (info >= 0 && property.isStored()) {
+        const QJsonValue written = valueToJson(property, property.read(object));
+        return written.toVariant().toString() != QString::fromUtf8(object->metaObject()->classInfo(info).value());
+    }
     return property.isStored();
 }
 

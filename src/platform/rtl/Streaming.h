@@ -11,7 +11,8 @@ namespace qdb {
 
 // Component streaming as JSON: a component writes the properties whose stored test holds.
 // The stored test of property "Foo" is an invokable bool IsFooStored() when the class has
-// one, else the property's STORED flag. Owned property objects (children of the component)
+// one, else, when the class declares Q_CLASSINFO("default:Foo", "text"), whether the
+// value's written form differs from that text, else the property's STORED flag. Owned property objects (children of the component)
 // nest as objects, string lists as arrays of lines, collections as arrays of items, and
 // references to other objects as their names. Enumerations are written by identifier,
 // sets as "[a,b]".
