@@ -4,6 +4,7 @@
 
 #include "platform/db/DataSet.h"
 
+#include <QCoreApplication>
 #include <QFontMetrics>
 
 namespace qdb {
@@ -447,11 +448,93 @@ void TQDBGridColumns::RebuildColumns()
         };
         for (TField *f : ds->Fields())
             add(f);
+        if (Count() > 0) {
+            const TQDBGridOptionsExt ext = grid_->GetOptionsExt();
+            if (ext.Contains(dgAutoExpandColumn))
+                AddAutoExpand()->SetStored(false);
+            if (ext.Contains(dgAutoSelectColumn))
+                AddAutoSelect()->SetStored(false);
+            if (ext.Contains(dgAutoNumberColumn))
+                AddAutoNumber()->SetStored(false);
+        }
     } catch (...) {
         grid_->EndLayout();
         throw;
     }
     grid_->EndLayout();
+}
+
+void TQDBGridColumns::RestoreDefaults()
+{
+    CollectionUpdateGuard update(*this);
+    for (TQColumn *column : *this)
+        column->RestoreDefaults();
+}
+
+QString &AutoNumberCaption()
+{
+    static QString caption = QCoreApplication::translate("qdb", "No.");
+    return caption;
+}
+
+QString &AutoSelectCaption()
+{
+    static QString caption = QCoreApplication::translate("qdb", "Select");
+    return caption;
+}
+
+QString &AutoExpandCaption()
+{
+    static QString caption = QCoreApplication::translate("qdb", "Expand");
+    return caption;
+}
+
+int &AutoColumnWidth()
+{
+    static int width = 48;
+    return width;
+}
+
+namespace {
+
+TQColumn *addAutoColumn(TQDBGridColumns &columns, const QString &caption, TAlignment alignment)
+{
+    CollectionUpdateGuard update(columns);
+    TQColumn *column = columns.Add();
+    column->SetIndex(0);
+    column->SetSuppressRTL(true);
+    column->SetAlignment(alignment);
+    column->GetTitle()->SetCaption(caption);
+    column->GetTitle()->SetAlignment(alignment == taRightJustify ? taRightJustify : taCenter);
+    TQCustomDBGrid *grid = columns.Grid();
+    if (grid && grid->DataLink()->Active())
+        column->SetWidth(AutoColumnWidth());
+    return column;
+}
+
+} // namespace
+
+TQColumn *TQDBGridColumns::AddAutoNumber()
+{
+    TQColumn *column = addAutoColumn(*this, AutoNumberCaption(), taRightJustify);
+    column->SetAutoNumber(true);
+    return column;
+}
+
+TQColumn *TQDBGridColumns::AddAutoSelect()
+{
+    TQColumn *column = addAutoColumn(*this, AutoSelectCaption(), taCenter);
+    column->SetCheckBox(true);
+    return column;
+}
+
+TQColumn *TQDBGridColumns::AddAutoExpand()
+{
+    TQColumn *column = addAutoColumn(*this, AutoExpandCaption(), taCenter);
+    column->SetExpandBox(true);
+    column->SetExpandBoxSize(ebLarge);
+    column->SetTransparent(true);
+    return column;
 }
 
 TQColumn *TQDBGridColumns::FindColumn(const QString &fieldName, int from) const

@@ -560,6 +560,13 @@ public:
     // One column per field of the data set (object and array children right after their
     // parent), made by the grid.
     void RebuildColumns();
+    // Puts every column's look back to its defaults.
+    void RestoreDefaults();
+    // The automatic columns, each inserted at position 0: the row number, the selection
+    // check box and the expand box.
+    TQColumn *AddAutoNumber();
+    TQColumn *AddAutoSelect();
+    TQColumn *AddAutoExpand();
     // The column bound to a field name, searched from a position on; nullptr when none.
     TQColumn *FindColumn(const QString &fieldName, int from = 0) const;
 
@@ -591,6 +598,26 @@ void TQColumnTitle::assign(T &member, const T &value)
     member = value;
     column_->changed();
 }
+
+// Walks the columns of a collection: MoveNext before each GetCurrent.
+class TQDBGridColumnsEnumerator
+{
+public:
+    explicit TQDBGridColumnsEnumerator(const TQDBGridColumns *columns) : columns_(columns) {}
+    TQColumn *GetCurrent() const { return columns_->Items(index_); }
+    bool MoveNext() { return ++index_ < columns_->Count(); }
+    void Restart() { index_ = -1; }
+
+private:
+    const TQDBGridColumns *columns_;
+    int index_ = -1;
+};
+
+// Program-wide settings of the automatic columns, read when they are made.
+QString &AutoNumberCaption();
+QString &AutoSelectCaption();
+QString &AutoExpandCaption();
+int &AutoColumnWidth();
 
 // Separates the values of a column's line in a layout.
 QString &ColumnSettingsSeparator();

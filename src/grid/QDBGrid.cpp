@@ -78,8 +78,14 @@ void TQCustomDBGrid::SetOptionsEx(TQDBGridOptionsEx options)
 
 void TQCustomDBGrid::SetOptionsExt(TQDBGridOptionsExt options)
 {
+    const TQDBGridOptionsExt autoColumns{dgAutoNumberColumn, dgAutoSelectColumn, dgAutoExpandColumn};
+    const bool rebuild = (options * autoColumns) != (d_->optionsExt * autoColumns);
     d_->optionsExt = options;
-    LayoutChanged();
+    // Default columns are the grid's own: they follow a change of the automatic ones.
+    if (rebuild && d_->columns->State() == csDefault && DataLink()->Active())
+        d_->columns->RebuildColumns();
+    else
+        LayoutChanged();
 }
 
 void TQCustomDBGrid::SetTitleFont(const QFont &font)

@@ -323,6 +323,38 @@ TEST_F(DBGrid, LayoutLinesOfTheColumns)
     EXPECT_EQ(semicolons[1], "Column1=Qty;50;1;0;0");
 }
 
+TEST_F(DBGrid, AutomaticColumnsComeFirst)
+{
+    TQDBGridColumns *columns = grid.GetColumns();
+    grid.SetOptionsExt({dgAutoNumberColumn, dgAutoSelectColumn, dgAutoExpandColumn});
+    ASSERT_EQ(columns->Count(), 6 + 3);
+    EXPECT_EQ(columns->State(), csDefault);
+    EXPECT_TRUE(columns->Items(0)->GetAutoNumber());
+    EXPECT_EQ(columns->Items(0)->GetTitle()->GetCaption(), "No.");
+    EXPECT_EQ(columns->Items(0)->GetTitle()->GetAlignment(), taRightJustify);
+    EXPECT_EQ(columns->Items(0)->GetWidth(), AutoColumnWidth());
+    EXPECT_TRUE(columns->Items(1)->GetCheckBox());
+    EXPECT_EQ(columns->Items(1)->GetTitle()->GetCaption(), "Select");
+    EXPECT_TRUE(columns->Items(2)->GetExpandBox());
+    EXPECT_EQ(columns->Items(2)->GetTitle()->GetAlignment(), taCenter);
+    EXPECT_EQ(columns->Items(3)->GetFieldName(), "ID");
+    EXPECT_EQ(grid.ColCount(), 1 + 9);
+
+    grid.SetOptionsExt({});
+    EXPECT_EQ(columns->Count(), 6);
+    EXPECT_EQ(columns->Items(0)->GetFieldName(), "ID");
+
+    // Looks go back to their defaults; the columns stay.
+    TQColumn *qty = columns->FindColumn(QStringLiteral("Qty"));
+    const int natural = qty->GetWidth();
+    qty->SetWidth(natural + 50);
+    qty->GetTitle()->SetCaption(QStringLiteral("How many"));
+    columns->RestoreDefaults();
+    EXPECT_EQ(qty->GetWidth(), natural);
+    EXPECT_EQ(qty->GetTitle()->GetCaption(), "Qty");
+    EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(qty->Index())), natural);
+}
+
 TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
 {
     ForwardOnlyTable table;
