@@ -243,6 +243,17 @@ int TQColumn::GetWidth() const
 
 void TQColumn::SetWidth(int width)
 {
+    TField *field = GetField();
+    if (!stored_ && field) {
+        // A column the grid made from a field keeps its width in the field, in characters,
+        // where the next layout reads it back.
+        const QFontMetrics fm(GetFont());
+        const int c = fm.horizontalAdvance(QLatin1Char('0'));
+        const int avg = qMax(1, fm.averageCharWidth());
+        field->SetDisplayWidth(qMax(0, c > 0 ? (width + c / 2 - 4) / c : (width + avg / 2 - 3) / avg));
+        if (!assigned_.Contains(cvWidth))
+            return;
+    }
     if (widthMin_ != -1 && width < widthMin_)
         width = widthMin_;
     else if (widthMax_ != -1 && width > widthMax_)

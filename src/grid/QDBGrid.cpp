@@ -244,13 +244,19 @@ void TQCustomDBGrid::ColWidthsChanged()
     if (d_->layoutLock > 0)
         return;
     ++d_->layoutLock;
+    bool snapped = false;
     for (int i = 0; i < d_->columns->Count(); ++i) {
         TQColumn *c = d_->columns->Items(i);
         const int raw = DataToRawColumn(i);
-        if (c->Showing() && ColWidths(raw) != c->GetWidth())
+        if (c->Showing() && ColWidths(raw) != c->GetWidth()) {
             c->SetWidth(ColWidths(raw));
+            snapped = snapped || ColWidths(raw) != c->GetWidth();
+        }
     }
     --d_->layoutLock;
+    // A width kept in a field in characters, or held within its limits, shows as it was kept.
+    if (snapped)
+        LayoutChanged();
 }
 
 void TQCustomDBGrid::resizeEvent(QResizeEvent *event)

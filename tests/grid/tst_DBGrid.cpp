@@ -7,6 +7,7 @@
 #include "platform/rtl/Exceptions.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
@@ -281,6 +282,7 @@ TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
 TEST_F(DBGrid, LayoutLinesOfTheColumns)
 {
     TQDBGridColumns *columns = grid.GetColumns();
+    columns->SetState(csCustomized);
     columns->FindColumn(QStringLiteral("Qty"))->SetWidth(120);
     columns->FindColumn(QStringLiteral("Name"))->SetVisible(false);
     columns->FindColumn(QStringLiteral("Paid"))->GetReport()->Visible = false;
@@ -323,6 +325,36 @@ TEST_F(DBGrid, LayoutLinesOfTheColumns)
     EXPECT_EQ(semicolons[1], "Column1=Qty;50;1;0;0");
 }
 
+TEST_F(DBGrid, ResizingAGridMadeColumnResizesItsField)
+{
+    TField *qty = table->FieldByName(QStringLiteral("Qty"));
+    TQColumn *column = grid.GetColumns()->FindColumn(QStringLiteral("Qty"));
+    const int digit = QFontMetrics(column->GetFont()).horizontalAdvance(QLatin1Char('0'));
+    grid.SetOptions(grid.GetOptions() + dgTitleWidthOff); // the caption does not widen the column
+    column->SetWidth(30 * digit + 4);
+    EXPECT_EQ(qty->DisplayWidth(), 30);
+    EXPECT_FALSE(column->IsWidthStored());
+    EXPECT_EQ(column->GetWidth(), 30 * digit + 4);
+    EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(column->Index())), 30 * digit + 4);
+
+    // Dragging the title border does the same, and the column shows the width its field keeps.
+    const int raw = grid.DataToRawColumn(column->Index());
+    const QRect title = grid.CellRect(raw, 0);
+    const QPoint border(title.right() + 1, title.center().y());
+    QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, border);
+    QTest::mouseMove(grid.viewport(), border + QPoint(5 * digit + 1, 0));
+    QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, border + QPoint(5 * digit + 1, 0));
+    EXPECT_EQ(qty->DisplayWidth(), 35);
+    EXPECT_EQ(grid.ColWidths(raw), 35 * digit + 4);
+
+    // A column of the user's keeps the width itself.
+    grid.GetColumns()->SetState(csCustomized);
+    column = grid.GetColumns()->FindColumn(QStringLiteral("Qty"));
+    column->SetWidth(77);
+    EXPECT_EQ(column->GetWidth(), 77);
+    EXPECT_EQ(qty->DisplayWidth(), 35);
+}
+
 TEST_F(DBGrid, AutomaticColumnsComeFirst)
 {
     TQDBGridColumns *columns = grid.GetColumns();
@@ -345,6 +377,7 @@ TEST_F(DBGrid, AutomaticColumnsComeFirst)
     EXPECT_EQ(columns->Items(0)->GetFieldName(), "ID");
 
     // Looks go back to their defaults; the columns stay.
+    columns->SetState(csCustomized);
     TQColumn *qty = columns->FindColumn(QStringLiteral("Qty"));
     const int natural = qty->GetWidth();
     qty->SetWidth(natural + 50);
