@@ -139,7 +139,7 @@ void TQColumnReport::RestoreDefaults()
 
 TQColumn::TQColumn(TCollection *collection)
     : TCollectionItem(collection), title_(new TQColumnTitle(this)), report_(new TQColumnReport(this)),
-      filterList_(new TStringList(this)), pickList_(new TStringList(this)), pickText_(new TStringList(this))
+      filterList_(new TStringList(this)), lookupListFields_(new TStringList(this)), pickList_(new TStringList(this)), pickText_(new TStringList(this))
 {
     RegisterSetType<TQListOption>();
     RegisterSetType<TQPickOption>();
@@ -193,8 +193,8 @@ void TQColumn::SetFieldName(const QString &name)
 TField *TQColumn::MeasuredField() const
 {
     TField *f = GetField();
-    if (f && GetLookupColumn() == lcLookupValueField && f->LookupDataSet())
-        if (TField *result = f->LookupDataSet()->FindField(f->LookupResultField()))
+    if (f && GetLookupColumn() == lcLookupValueField)
+        if (TField *result = GetLookupDataSet()->FindField(GetLookupResultField()))
             return result;
     return f;
 }
@@ -204,9 +204,48 @@ TQLookupColumn TQColumn::GetLookupColumn() const
     TField *f = GetField();
     if (!f)
         return lcNotDefined;
-    if (f->FieldKind() == fkLookup)
+    if (f->Lookup())
         return lcLookupField;
-    return lcNotDefined; // the column's own lookup definition comes with the editors
+    if (!GetLookupDataSet() || GetLookupKeyField().isEmpty())
+        return lcNotDefined;
+    if (GetKeyField().compare(fieldName_, Qt::CaseInsensitive) != 0)
+        return GetLookupResultField().isEmpty() ? lcNotDefined : lcLookupResultField;
+    return GetLookupKeyField().compare(GetLookupResultField(), Qt::CaseInsensitive) == 0 ? lcLookupKeyField
+                                                                                          : lcLookupValueField;
+}
+
+bool TQColumn::fieldSuppliesLookup() const
+{
+    TField *f = GetField();
+    return f && f->Lookup();
+}
+
+TDataSet *TQColumn::GetLookupDataSet() const
+{
+    return fieldSuppliesLookup() ? GetField()->LookupDataSet() : lookupDataSet_.data();
+}
+
+void TQColumn::SetLookupDataSet(TDataSet *dataSet)
+{
+    if (lookupDataSet_ == dataSet)
+        return;
+    lookupDataSet_ = dataSet;
+    changed();
+}
+
+QString TQColumn::GetKeyField() const
+{
+    return fieldSuppliesLookup() ? GetField()->KeyFields() : keyField_;
+}
+
+QString TQColumn::GetLookupKeyField() const
+{
+    return fieldSuppliesLookup() ? GetField()->LookupKeyFields() : lookupKeyField_;
+}
+
+QString TQColumn::GetLookupResultField() const
+{
+    return fieldSuppliesLookup() ? GetField()->LookupResultField() : lookupResultField_;
 }
 
 int TQColumn::DefaultWidth() const

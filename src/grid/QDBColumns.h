@@ -180,6 +180,11 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(qdb::TQColumnReport *Report READ GetReport)
     Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
     Q_PROPERTY(qdb::TStrings *FilterList READ GetFilterList)
+    Q_PROPERTY(qdb::TDataSet *LookupDataSet READ GetLookupDataSet WRITE SetLookupDataSet)
+    Q_PROPERTY(QString KeyField READ GetKeyField WRITE SetKeyField)
+    Q_PROPERTY(QString LookupKeyField READ GetLookupKeyField WRITE SetLookupKeyField)
+    Q_PROPERTY(QString LookupResultField READ GetLookupResultField WRITE SetLookupResultField)
+    Q_PROPERTY(qdb::TStrings *LookupListFields READ GetLookupListFields)
     Q_PROPERTY(qdb::TStrings *PickList READ GetPickList)
     Q_PROPERTY(qdb::TStrings *PickText READ GetPickText)
     Q_PROPERTY(bool AutoNumber READ GetAutoNumber WRITE SetAutoNumber)
@@ -328,6 +333,26 @@ public:
     Q_INVOKABLE bool IsPickListStored() const { return pickList_->Count() > 0; }
     Q_INVOKABLE bool IsPickTextStored() const { return pickText_->Count() > 0; }
     Q_INVOKABLE bool IsTransparentColorStored() const { return transparentColor_.isValid(); }
+
+    // The lookup definition: a lookup field's own, else the column's, which then lets the
+    // column show or pick values of another data set.
+    TDataSet *GetLookupDataSet() const;
+    void SetLookupDataSet(TDataSet *dataSet);
+    QString GetKeyField() const;
+    void SetKeyField(const QString &name) { assign(keyField_, name); }
+    QString GetLookupKeyField() const;
+    void SetLookupKeyField(const QString &name) { assign(lookupKeyField_, name); }
+    QString GetLookupResultField() const;
+    void SetLookupResultField(const QString &name) { assign(lookupResultField_, name); }
+    TStrings *GetLookupListFields() const { return lookupListFields_; }
+    Q_INVOKABLE bool IsLookupDataSetStored() const { return !fieldSuppliesLookup() && lookupDataSet_; }
+    Q_INVOKABLE bool IsKeyFieldStored() const { return !fieldSuppliesLookup() && !keyField_.isEmpty(); }
+    Q_INVOKABLE bool IsLookupKeyFieldStored() const { return !fieldSuppliesLookup() && !lookupKeyField_.isEmpty(); }
+    Q_INVOKABLE bool IsLookupResultFieldStored() const
+    {
+        return !fieldSuppliesLookup() && !lookupResultField_.isEmpty();
+    }
+    Q_INVOKABLE bool IsLookupListFieldsStored() const { return lookupListFields_->Count() > 0; }
 
     // Settings of the editors, lists, check and expand boxes and images; their behaviour
     // belongs to the features that use them.
@@ -480,7 +505,14 @@ private:
     int widthBase_ = -1; // -1: the width
     TQColumnTitle *title_;
     TQColumnReport *report_;
+    bool fieldSuppliesLookup() const;
+
     TStrings *filterList_;
+    QPointer<TDataSet> lookupDataSet_;
+    QString keyField_;
+    QString lookupKeyField_;
+    QString lookupResultField_;
+    TStrings *lookupListFields_;
     TStrings *pickList_;
     TStrings *pickText_;
     QColor color_;

@@ -5,9 +5,11 @@
 
 #include "platform/db/DBConsts.h"
 #include "platform/rtl/Exceptions.h"
+#include "platform/rtl/Streaming.h"
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QJsonObject>
 #include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
@@ -386,6 +388,61 @@ TEST_F(DBGrid, AutomaticColumnsComeFirst)
     EXPECT_EQ(qty->GetWidth(), natural);
     EXPECT_EQ(qty->GetTitle()->GetCaption(), "Qty");
     EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(qty->Index())), natural);
+}
+
+TEST_F(DBGrid, LookupKindOfAColumn)
+{
+    TMemTable customers;
+    customers.setObjectName(QStringLiteral("Customers"));
+    customers.FieldDefs().Add(QStringLiteral("ID"), ftInteger);
+    customers.FieldDefs().Add(QStringLiteral("Customer"), ftString, 40);
+    customers.CreateDataSet();
+    TQDBGridColumns *columns = grid.GetColumns();
+    columns->SetState(csCustomized);
+    TQColumn *qty = columns->FindColumn(QStringLiteral("Qty"));
+    EXPECT_EQ(qty->GetLookupColumn(), lcNotDefined);
+
+    qty->SetLookupDataSet(&customers);
+    qty->SetKeyField(QStringLiteral("qty"));
+    qty->SetLookupKeyField(QStringLiteral("ID"));
+    qty->SetLookupResultField(QStringLiteral("Customer"));
+    EXPECT_EQ(qty->GetLookupColumn(), lcLookupValueField);
+    // The column shows the looked-up value: its width and caption come from that field.
+    EXPECT_EQ(qty->MeasuredField(), customers.FieldByName(QStringLiteral("Customer")));
+    EXPECT_EQ(qty->GetTitle()->GetCaption(), "Customer");
+
+    qty->SetLookupResultField(QStringLiteral("id"));
+    EXPECT_EQ(qty->GetLookupColumn(), lcLookupKeyField);
+    qty->SetKeyField(QStringLiteral("Name"));
+    EXPECT_EQ(qty->GetLookupColumn(), lcLookupResultField);
+    qty->SetLookupResultField(QString());
+    EXPECT_EQ(qty->GetLookupColumn(), lcNotDefined);
+
+    // A lookup field brings its own definition, which the column then does not store.
+    TMemTable orders;
+    auto *custNo = new TIntegerField(&orders);
+    custNo->SetFieldName(QStringLiteral("CustNo"));
+    custNo->SetDataSet(&orders);
+    auto *company = new TStringField(&orders);
+    company->SetFieldName(QStringLiteral("Company"));
+    company->SetFieldKind(fkLookup);
+    company->SetLookupDataSet(&customers);
+    company->SetKeyFields(QStringLiteral("CustNo"));
+    company->SetLookupKeyFields(QStringLiteral("ID"));
+    company->SetLookupResultField(QStringLiteral("Customer"));
+    company->SetDataSet(&orders);
+    orders.CreateDataSet();
+    source.SetDataSet(&orders);
+    TQColumn *column = columns->Add();
+    column->SetFieldName(QStringLiteral("Company"));
+    column->SetKeyField(QStringLiteral("Other"));
+    EXPECT_EQ(column->GetLookupColumn(), lcLookupField);
+    EXPECT_EQ(column->GetKeyField(), "CustNo");
+    EXPECT_EQ(column->GetLookupDataSet(), &customers);
+    const QJsonObject json = WriteComponent(column);
+    EXPECT_FALSE(json.contains(QStringLiteral("KeyField")));
+    EXPECT_FALSE(json.contains(QStringLiteral("LookupDataSet")));
+    source.SetDataSet(nullptr);
 }
 
 TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
