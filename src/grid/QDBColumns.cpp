@@ -114,6 +114,40 @@ int TQColumnTitle::GetHeaderRowCount() const
     return path.isEmpty() ? 0 : 1 + int(path.count(QLatin1Char('|')));
 }
 
+namespace {
+
+// Walks from a column to its showing neighbours while they share the header cell of a row.
+TQColumn *headerEnd(const TQColumn *column, int row, int step)
+{
+    const TQColumnTitle *title = column->GetTitle();
+    auto *columns = qobject_cast<TQDBGridColumns *>(column->Collection());
+    if (!columns || row < 0 || row >= title->GetHeaderRowCount())
+        return const_cast<TQColumn *>(column);
+    const QString text = title->GetHeaderRows(row);
+    TQColumn *end = const_cast<TQColumn *>(column);
+    for (int i = column->Index() + step; i >= 0 && i < columns->Count(); i += step) {
+        TQColumn *next = columns->Items(i);
+        if (!next->Showing())
+            continue;
+        if (row >= next->GetTitle()->GetHeaderRowCount() || next->GetTitle()->GetHeaderRows(row) != text)
+            break;
+        end = next;
+    }
+    return end;
+}
+
+} // namespace
+
+TQColumn *TQColumnTitle::HeaderLeft(int row) const
+{
+    return headerEnd(column_, row, -1);
+}
+
+TQColumn *TQColumnTitle::HeaderRight(int row) const
+{
+    return headerEnd(column_, row, 1);
+}
+
 QString TQColumnTitle::GetHeaderText(const QString &path, int row)
 {
     const QStringList segments = path.split(QLatin1Char('|'));
@@ -438,6 +472,46 @@ TQColumn *TQColumn::GetParentColumn() const
             break;
     }
     return nullptr;
+}
+
+void TQColumn::ToggleExpandBox()
+{
+    if (Expandable())
+        SetExpanded(!GetExpanded());
+}
+
+void TQColumn::MoveTo(int index)
+{
+    auto *columns = qobject_cast<TQDBGridColumns *>(Collection());
+    if (!columns)
+        return;
+    // The block is the column and every following column that descends from it.
+    const int from = Index();
+    int last = from;
+    while (last + 1 < columns->Count()) {
+        const TQColumn *next = columns->Items(last + 1);
+        const TQColumn *p = next->GetParentColumn();
+        while (p && p != this)
+            p = p->GetParentColumn();
+        if (!p)
+            break;
+        ++last;
+    }
+    const int size = last - from + 1;
+    index = qBound(0, index, columns->Count() - size);
+    if (index == from)
+        return;
+    CollectionUpdateGuard update(*columns);
+    QList<TQColumn *> block;
+    for (int i = from; i <= last; ++i)
+        block << columns->Items(i);
+    // Moving forward, the last of the block goes first so that the others keep their places.
+    if (index > from)
+        for (int k = size - 1; k >= 0; --k)
+            block[k]->SetIndex(index + k);
+    else
+        for (int k = 0; k < size; ++k)
+            block[k]->SetIndex(index + k);
 }
 
 int TQColumn::Depth() const

@@ -104,6 +104,9 @@ public:
     QString GetHeader() const;
     int GetHeaderRowCount() const;
     QString GetHeaderRows(int row) const { return GetHeaderText(GetHeader(), row); }
+    // The first and last showing neighbours that share this column's header cell on a row.
+    TQColumn *HeaderLeft(int row) const;
+    TQColumn *HeaderRight(int row) const;
     static QString GetHeaderText(const QString &path, int row);
 
 private:
@@ -478,6 +481,21 @@ public:
     void RestoreDefaults();
 
     bool Expandable() const;
+    bool HasExpandableButton() const { return Expandable() && expandStyle_ == cesAuto; }
+    void ToggleExpandBox();
+    // Flips the check box of the current record: a boolean field, or a field whose text is
+    // one of the two CheckBoxValues ("checked;unchecked").
+    void ToggleCheckBoxValue();
+    // Moves the column, its child columns with it.
+    void MoveTo(int index);
+    // A width that fits the caption and the texts of the records on screen.
+    int OptimalWidth() const;
+
+    // The texts of the current record as the grid shows and edits them; a row number for
+    // the automatic number column.
+    QString GetDisplayText() const;
+    QString GetEditText() const;
+    void SetEditText(const QString &text);
     // Visible, not itself expanded, and every ancestor expanded.
     bool Showing() const;
     int Depth() const;

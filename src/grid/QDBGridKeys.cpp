@@ -106,8 +106,7 @@ bool TQCustomDBGrid::CanEditShow() const
 QString TQCustomDBGrid::GetEditText(int col, int) const
 {
     TQColumn *column = ColumnAt(col);
-    TField *field = column ? column->GetField() : nullptr;
-    return field ? field->Text() : QString();
+    return column ? column->GetEditText() : QString();
 }
 
 void TQCustomDBGrid::SetEditText(int col, int, const QString &text)
@@ -121,7 +120,7 @@ void TQCustomDBGrid::SetEditText(int col, int, const QString &text)
     try {
         if (!DataLink()->Editing() && !DataLink()->Edit())
             return;
-        field->SetText(text);
+        column->SetEditText(text);
     } catch (const Exception &) {
     }
 }

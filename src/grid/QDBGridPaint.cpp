@@ -66,12 +66,11 @@ QString TQCustomDBGrid::CellText(int col, int row) const
     TQGridDataLink *link = DataLink();
     const int record = row - TitleOffset();
     TQColumn *column = ColumnAt(col);
-    TField *field = column ? column->GetField() : nullptr;
-    if (!field || !link->Active() || record < 0 || record >= link->RecordCount() || DataSet()->IsEmpty())
-        return {}; // a column whose field is missing shows nothing
+    if (!column || !link->Active() || record < 0 || record >= link->RecordCount() || DataSet()->IsEmpty())
+        return {};
     const int saved = link->ActiveRecord();
     link->SetActiveRecord(record);
-    const QString text = field->DisplayText();
+    const QString text = column->GetDisplayText(); // nothing for a column whose field is missing
     link->SetActiveRecord(saved);
     return text;
 }

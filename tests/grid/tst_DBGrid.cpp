@@ -373,6 +373,7 @@ TEST_F(DBGrid, AutomaticColumnsComeFirst)
     EXPECT_EQ(columns->Items(2)->GetTitle()->GetAlignment(), taCenter);
     EXPECT_EQ(columns->Items(3)->GetFieldName(), "ID");
     EXPECT_EQ(grid.ColCount(), 1 + 9);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), 3), "3.");
 
     grid.SetOptionsExt({});
     EXPECT_EQ(columns->Count(), 6);
@@ -443,6 +444,61 @@ TEST_F(DBGrid, LookupKindOfAColumn)
     EXPECT_FALSE(json.contains(QStringLiteral("KeyField")));
     EXPECT_FALSE(json.contains(QStringLiteral("LookupDataSet")));
     source.SetDataSet(nullptr);
+}
+
+TEST_F(DBGrid, HeadersBlocksChecksAndFittedWidths)
+{
+    TQDBGridColumns *columns = grid.GetColumns();
+    columns->SetState(csCustomized); // ID, Name, Qty, Unit Price, OrderDate, Paid
+    TQColumn *qty = columns->Items(2);
+    TQColumn *price = columns->Items(3);
+    TQColumn *date = columns->Items(4);
+    qty->GetTitle()->SetHeader(QStringLiteral("Sale"));
+    price->GetTitle()->SetHeader(QStringLiteral("Sale"));
+    date->GetTitle()->SetHeader(QStringLiteral("Dates"));
+    EXPECT_EQ(qty->GetTitle()->HeaderRight(0), price);
+    EXPECT_EQ(price->GetTitle()->HeaderLeft(0), qty);
+    EXPECT_EQ(date->GetTitle()->HeaderLeft(0), date);
+    price->SetVisible(false); // a hidden column is passed over
+    date->GetTitle()->SetHeader(QStringLiteral("Sale"));
+    EXPECT_EQ(qty->GetTitle()->HeaderRight(0), date);
+    price->SetVisible(true);
+
+    // A parent moves with its children.
+    TQColumn *name = columns->Items(1);
+    name->SetExpandCols(2); // Qty and Unit Price hang under Name
+    ASSERT_EQ(price->GetParentColumn(), name);
+    name->MoveTo(3);
+    EXPECT_EQ(columns->Items(3), name);
+    EXPECT_EQ(columns->Items(4), qty);
+    EXPECT_EQ(columns->Items(5), price);
+    EXPECT_EQ(columns->Items(1), date);
+
+    // The check box of a boolean field flips it and puts the record in edit mode.
+    TQColumn *paid = columns->FindColumn(QStringLiteral("Paid"));
+    const bool before = table->FieldByName(QStringLiteral("Paid"))->AsBoolean();
+    paid->ToggleCheckBoxValue();
+    EXPECT_EQ(table->State(), dsEdit);
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Paid"))->AsBoolean(), !before);
+    table->Cancel();
+
+    // Two values given as the check box's values flip a text field.
+    TQColumn *nameColumn = columns->FindColumn(QStringLiteral("Name"));
+    nameColumn->SetCheckBoxValues(QStringLiteral("r1;no"));
+    nameColumn->ToggleCheckBoxValue();
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Name"))->AsString(), "no");
+    nameColumn->ToggleCheckBoxValue();
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Name"))->AsString(), "r1");
+    table->Cancel();
+
+    // The fitted width holds the widest text on screen and the caption.
+    table->Edit();
+    table->FieldByName(QStringLiteral("Name"))->SetAsString(QStringLiteral("a much longer name"));
+    table->Post();
+    const QFontMetrics metrics(nameColumn->GetFont());
+    EXPECT_GE(nameColumn->OptimalWidth(), metrics.horizontalAdvance(QStringLiteral("a much longer name")));
+    nameColumn->SetWidthMax(40);
+    EXPECT_EQ(nameColumn->OptimalWidth(), 40);
 }
 
 TEST(DBGridSetup, RefusesAForwardOnlyDataSet)

@@ -1,0 +1,86 @@
+// A column's view of the current record: the texts it shows and edits, its check box, and
+// a width fitted to what it shows.
+
+#include "QDBColumns.h"
+#include "QDBGrid.h"
+
+#include "platform/rtl/Format.h"
+
+#include <QFontMetrics>
+
+namespace qdb {
+
+QString TQColumn::GetDisplayText() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    TDataSet *ds = grid ? grid->DataSet() : nullptr;
+    if (autoNumber_) {
+        if (!ds || !grid->DataLink()->Active() || ds->IsEmpty())
+            return {};
+        const int number = ds->RecNo();
+        return number > 0 ? Format("%d.", {number}) : QString();
+    }
+    TField *f = GetField();
+    return f ? f->DisplayText() : QString();
+}
+
+QString TQColumn::GetEditText() const
+{
+    TField *f = GetField();
+    return f && !autoNumber_ ? f->Text() : QString();
+}
+
+void TQColumn::SetEditText(const QString &text)
+{
+    TField *f = GetField();
+    if (f && !autoNumber_)
+        f->SetText(text);
+}
+
+void TQColumn::ToggleCheckBoxValue()
+{
+    TField *f = GetField();
+    TQCustomDBGrid *grid = GetGrid();
+    if (!f || !grid || GetReadOnly() || !f->CanModify())
+        return;
+    TDataSet *ds = f->DataSet();
+    if (ds->State() != dsEdit && ds->State() != dsInsert && !grid->DataLink()->Edit())
+        return;
+    if (f->DataType() == ftBoolean) {
+        f->SetAsBoolean(f->IsNull() || !f->AsBoolean());
+        return;
+    }
+    const QStringList values = checkBoxValues_.split(QLatin1Char(';'));
+    if (values.size() == 2)
+        f->SetText(f->Text() == values[0] ? values[1] : values[0]);
+}
+
+int TQColumn::OptimalWidth() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    if (!grid)
+        return GetWidth();
+    const int margin = 4;
+    int width = 0;
+    if (grid->GetOptions().Contains(dgTitles)) {
+        const QFontMetrics titleMetrics(title_->GetFont());
+        width = titleMetrics.horizontalAdvance(title_->GetCaption()) + margin + 2 * grid->GetGridStyle()->TitleColMargin;
+    }
+    TQGridDataLink *link = grid->DataLink();
+    if (link->Active() && !grid->DataSet()->IsEmpty()) {
+        const QFontMetrics metrics(GetFont());
+        const int saved = link->ActiveRecord();
+        for (int r = 0; r < link->RecordCount(); ++r) {
+            link->SetActiveRecord(r);
+            width = qMax(width, metrics.horizontalAdvance(GetDisplayText()) + margin);
+        }
+        link->SetActiveRecord(saved);
+    }
+    if (widthMin_ != -1)
+        width = qMax(width, widthMin_);
+    if (widthMax_ != -1)
+        width = qMin(width, widthMax_);
+    return qMax(width, 1);
+}
+
+} // namespace qdb
