@@ -84,6 +84,7 @@ class TQCustomDBGrid : public TCustomGrid
     Q_PROPERTY(int DefaultWidthMax READ GetDefaultWidthMax WRITE SetDefaultWidthMax)
     Q_PROPERTY(QString KeyFields READ GetKeyFields WRITE SetKeyFields)
     Q_PROPERTY(qdb::TQGridStyle *GridStyle READ GetGridStyle)
+    Q_PROPERTY(int WheelScrollRows READ GetWheelScrollRows WRITE SetWheelScrollRows)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -112,6 +113,12 @@ public:
     QString GetKeyFields() const;
     void SetKeyFields(const QString &fields);
     TQGridStyle *GetGridStyle() const;
+    // Rows a wheel step moves: 1 or more as given, the window's size when negative, the
+    // system's setting when 0.
+    int GetWheelScrollRows() const;
+    void SetWheelScrollRows(int rows);
+    // Ctrl: one row, Shift: a window, else the setting above.
+    int MouseWheelScrollRows(Qt::KeyboardModifiers modifiers) const;
 
     // Raw grid column = data column + the indicator offset.
     int IndicatorOffset() const;
@@ -143,6 +150,9 @@ public:
     bool UpdateLocked() const;
     void DisablePosition();
     void EnablePosition(bool restore);
+    // Held while the link cancels an edit: the data change that follows is not a new state.
+    void BeginCancel();
+    void EndCancel();
     bool IsLoading() const { return false; }
     bool IsDesigning() const { return false; }
     bool IsSavingColumns() const;
@@ -188,7 +198,7 @@ protected:
     void DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state) override;
     bool SelectCell(int col, int row) override;
     void KeyDown(QKeyEvent *event) override;
-    void MouseWheel(int rows) override;
+    void wheelEvent(QWheelEvent *event) override;
     bool CanEditShow() const override;
     QString GetEditText(int col, int row) const override;
     void SetEditText(int col, int row, const QString &text) override;

@@ -65,8 +65,16 @@ void TQGridDataLink::UpdateData()
 
 void TQGridDataLink::Cancel()
 {
-    if (DataSet())
+    if (!DataSet())
+        return;
+    grid_->BeginCancel();
+    try {
         DataSet()->Cancel();
+    } catch (...) {
+        grid_->EndCancel();
+        throw;
+    }
+    grid_->EndCancel();
 }
 
 void TQGridDataLink::Reset()

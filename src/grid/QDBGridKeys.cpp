@@ -8,8 +8,25 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QWheelEvent>
 
 namespace qdb {
+
+namespace {
+
+// An error of the data set (a refused post, say) is told to the user; the input does nothing.
+template <typename F>
+void showingErrors(F &&action)
+{
+    try {
+        action();
+    } catch (const EAbort &) {
+    } catch (const Exception &e) {
+        MessageDlg(e.Message(), mtError, {mbOK});
+    }
+}
+
+} // namespace
 
 bool TQCustomDBGrid::SelectCell(int col, int row)
 {
@@ -29,13 +46,7 @@ bool TQCustomDBGrid::SelectCell(int col, int row)
 
 void TQCustomDBGrid::keyPressEvent(QKeyEvent *event)
 {
-    // An error of the data set (a refused post) is told to the user; the key does nothing.
-    try {
-        TCustomGrid::keyPressEvent(event);
-    } catch (const EAbort &) {
-    } catch (const Exception &e) {
-        MessageDlg(e.Message(), mtError, {mbOK});
-    }
+    showingErrors([&] { TCustomGrid::keyPressEvent(event); });
 }
 
 void TQCustomDBGrid::KeyDown(QKeyEvent *event)
@@ -88,10 +99,42 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     event->accept();
 }
 
-void TQCustomDBGrid::MouseWheel(int rows)
+int TQCustomDBGrid::GetWheelScrollRows() const { return d_->wheelScrollRows; }
+void TQCustomDBGrid::SetWheelScrollRows(int rows) { d_->wheelScrollRows = rows; }
+
+int TQCustomDBGrid::MouseWheelScrollRows(Qt::KeyboardModifiers modifiers) const
 {
-    if (DataLink()->Active())
-        MoveBy(rows);
+    if (modifiers.testFlag(Qt::ControlModifier))
+        return 1;
+    if (modifiers.testFlag(Qt::ShiftModifier))
+        return qMax(1, VisibleRowCount());
+    if (d_->wheelScrollRows >= 1)
+        return d_->wheelScrollRows;
+    if (d_->wheelScrollRows < 0)
+        return DataLink()->Active() ? qMax(1, DataLink()->BufferCount()) : 1;
+    return qMax(1, QApplication::wheelScrollLines());
+}
+
+void TQCustomDBGrid::wheelEvent(QWheelEvent *event)
+{
+    // Shift turns a vertical wheel into a horizontal one on some systems: either counts.
+    const QPoint delta = event->angleDelta();
+    const int steps = (delta.y() != 0 ? delta.y() : delta.x()) / 120;
+    TDataSet *ds = DataSet();
+    if (steps == 0 || !DataLink()->Active() || !ds) {
+        TCustomGrid::wheelEvent(event);
+        return;
+    }
+    event->accept();
+    showingErrors([&] {
+        // A new record nobody has typed into is not scrolled away from: the wheel drops it.
+        if (ds->State() == dsInsert && !ds->Modified() && !DataLink()->IsModified()) {
+            if (steps > 0 || !DataLink()->Eof())
+                ds->Cancel();
+            return;
+        }
+        MoveBy(-steps * MouseWheelScrollRows(event->modifiers()), GetOptionsExt().Contains(dgScrollRowsMode));
+    });
 }
 
 bool TQCustomDBGrid::CanEditShow() const

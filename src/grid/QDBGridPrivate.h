@@ -36,6 +36,7 @@ struct TQCustomDBGrid::Private
     QString orderFields;
     int orderLock = 0;
     bool stretchMode = false;
+    int wheelScrollRows = 0;
     TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
 };
 

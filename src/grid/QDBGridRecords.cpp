@@ -21,6 +21,8 @@ int TQCustomDBGrid::RecCount() const
 
 void TQCustomDBGrid::LinkActive(bool value)
 {
+    if (value && d_->columns->State() == csDefault && d_->optionsExt.Contains(dgForceCustomized))
+        d_->columns->SetState(csCustomized);
     if (!value) {
         HideEditor();
         SetRow(FixedRows());
@@ -40,7 +42,7 @@ void TQCustomDBGrid::DataChanged()
     if (UpdateLocked())
         return;
     TDataSet *ds = DataSet();
-    if (ds && ds->State() == dsBrowse) {
+    if (ds && ds->State() == dsBrowse && d_->cancelling == 0) {
         UpdateTreeView(false);
         UpdateListItems(true);
         UpdateSequence(true);
@@ -178,6 +180,16 @@ int TQCustomDBGrid::MoveBy(int distance, bool direct)
         ds->Next();
     AlwaysShowEditor();
     return moved;
+}
+
+void TQCustomDBGrid::BeginCancel()
+{
+    ++d_->cancelling;
+}
+
+void TQCustomDBGrid::EndCancel()
+{
+    --d_->cancelling;
 }
 
 void TQCustomDBGrid::DisablePosition()

@@ -16,6 +16,7 @@
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -130,6 +131,33 @@ TEST_F(DBGrid, KeysAndClicksMoveTheDataSet)
     // The blank filler row holds no record: clicking it leaves the data set where it is.
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(2, grid.RowCount() - 1).center());
     EXPECT_EQ(table->RecNo(), 4);
+}
+
+TEST_F(DBGrid, TheWheelMovesThroughRecords)
+{
+    const auto wheel = [&](int angle, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+        const QPointF at = grid.CellRect(2, 2).center();
+        QWheelEvent event(at, grid.viewport()->mapToGlobal(at), QPoint(), QPoint(0, angle), Qt::NoButton, mods,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(grid.viewport(), &event);
+    };
+    wheel(-120);
+    EXPECT_EQ(table->RecNo(), 1 + QApplication::wheelScrollLines());
+    table->First();
+    wheel(-120, Qt::ControlModifier);
+    EXPECT_EQ(table->RecNo(), 2);
+    grid.SetWheelScrollRows(5);
+    wheel(-240);
+    EXPECT_EQ(table->RecNo(), 12);
+    wheel(120);
+    EXPECT_EQ(table->RecNo(), 7);
+
+    // An untouched new record is dropped by the wheel, not scrolled away from.
+    const int count = table->RecordCount();
+    table->Insert();
+    wheel(-120);
+    EXPECT_EQ(table->State(), dsBrowse);
+    EXPECT_EQ(table->RecordCount(), count);
 }
 
 TEST_F(DBGrid, OneRecordScrollRepaintsOnlyTheNewRowAndTheIndicator)
@@ -499,6 +527,21 @@ TEST_F(DBGrid, HeadersBlocksChecksAndFittedWidths)
     EXPECT_GE(nameColumn->OptimalWidth(), metrics.horizontalAdvance(QStringLiteral("a much longer name")));
     nameColumn->SetWidthMax(40);
     EXPECT_EQ(nameColumn->OptimalWidth(), 40);
+}
+
+TEST(DBGridSetup, ForcedCustomColumnsAreBuiltOnActivation)
+{
+    auto table = MakeOrders(3);
+    TDataSource source;
+    source.SetDataSet(table.get());
+    TQDBGrid grid;
+    grid.SetOptionsExt({dgForceCustomized});
+    grid.SetDataSource(&source);
+    EXPECT_EQ(grid.GetColumns()->State(), csCustomized);
+    EXPECT_EQ(grid.GetColumns()->Count(), 6);
+    table->Close();
+    table->Open();
+    EXPECT_EQ(grid.GetColumns()->Count(), 6); // built once, then the user's
 }
 
 TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
