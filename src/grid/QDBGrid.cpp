@@ -1,6 +1,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include <QEvent>
 #include <QFontMetrics>
 #include <QScrollBar>
 
@@ -91,7 +92,23 @@ void TQCustomDBGrid::SetOptionsExt(TQDBGridOptionsExt options)
 void TQCustomDBGrid::SetTitleFont(const QFont &font)
 {
     d_->titleFont = font;
+    d_->titleFontAssigned = true;
     LayoutChanged();
+}
+
+void TQCustomDBGrid::RefreshDefaultFont()
+{
+    if (!d_->titleFontAssigned)
+        d_->titleFont = font();
+    LayoutChanged(); // row heights and default widths are measured again
+
+}
+
+void TQCustomDBGrid::changeEvent(QEvent *event)
+{
+    TCustomGrid::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        RefreshDefaultFont();
 }
 
 void TQCustomDBGrid::SetColumnNesting(bool on)

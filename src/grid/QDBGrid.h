@@ -103,6 +103,8 @@ public:
     void SetOptionsExt(TQDBGridOptionsExt options);
     QFont GetTitleFont() const;
     void SetTitleFont(const QFont &font);
+    // Columns and titles without a font of their own follow the grid's fonts.
+    void RefreshDefaultFont();
     // Whether child columns hang their titles under their parent's caption.
     bool GetColumnNesting() const;
     void SetColumnNesting(bool on);
@@ -206,6 +208,7 @@ protected:
     void ColWidthsChanged() override;
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void keyPressEvent(QKeyEvent *event) override;

@@ -18,6 +18,7 @@ struct TQCustomDBGrid::Private
     TQDBGridOptionsEx optionsEx{dgBlankRow, dgAutoAscendOrder};
     TQDBGridOptionsExt optionsExt;
     QFont titleFont;
+    bool titleFontAssigned = false;
     bool columnNesting = true;
     int defaultWidthMin = -1;
     int defaultWidthMax = -1;

@@ -385,6 +385,22 @@ TEST_F(DBGrid, ResizingAGridMadeColumnResizesItsField)
     EXPECT_EQ(qty->DisplayWidth(), 35);
 }
 
+TEST_F(DBGrid, ABiggerFontMakesRowsAndColumnsBigger)
+{
+    TQColumn *name = grid.GetColumns()->FindColumn(QStringLiteral("Name"));
+    const int rowHeight = grid.DefaultRowHeight();
+    const int width = name->GetWidth();
+    const int rows = grid.DataLink()->RecordCount();
+    QFont big = grid.font();
+    big.setPointSize(big.pointSize() * 2);
+    grid.setFont(big);
+    EXPECT_GT(grid.DefaultRowHeight(), rowHeight);
+    EXPECT_GT(name->GetWidth(), width);
+    EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(name->Index())), name->GetWidth());
+    EXPECT_GT(grid.RowHeights(0), rowHeight); // the title follows too
+    EXPECT_LT(grid.DataLink()->RecordCount(), rows); // fewer records fit
+}
+
 TEST_F(DBGrid, AutomaticColumnsComeFirst)
 {
     TQDBGridColumns *columns = grid.GetColumns();
