@@ -490,6 +490,60 @@ TEST_F(DBGrid, LookupKindOfAColumn)
     source.SetDataSet(nullptr);
 }
 
+TEST_F(DBGrid, ColumnTreesAndTheirHeaders)
+{
+    TQDBGridColumns *columns = grid.GetColumns();
+    columns->SetState(csCustomized); // ID, Name, Qty, Unit Price, OrderDate, Paid
+    TQColumn *name = columns->Items(1);
+    TQColumn *qty = columns->Items(2);
+    TQColumn *price = columns->Items(3);
+    TQColumn *date = columns->Items(4);
+    name->SetExpandCols(2);
+    EXPECT_EQ(qty->GetParentColumn(), name);
+    EXPECT_EQ(price->GetParentColumn(), name);
+    EXPECT_EQ(date->GetParentColumn(), nullptr);
+    EXPECT_EQ(price->Depth(), 1);
+
+    // An expanded parent gives its place to its children; collapsed, it hides them.
+    EXPECT_TRUE(name->GetExpanded());
+    EXPECT_FALSE(name->Showing());
+    EXPECT_TRUE(qty->Showing());
+    name->SetExpanded(false);
+    EXPECT_TRUE(name->Showing());
+    EXPECT_FALSE(qty->Showing());
+    EXPECT_EQ(grid.ColWidths(grid.DataToRawColumn(qty->Index())), -grid.GridLineWidth());
+    EXPECT_FALSE(date->GetExpanded()); // a plain column never reads as expanded
+    name->SetExpanded(true);
+
+    // Children hang their titles under the parent's caption.
+    qty->GetTitle()->SetHeader(QStringLiteral("Count"));
+    EXPECT_EQ(qty->GetTitle()->GetHeader(), "Name|Count");
+    EXPECT_EQ(qty->GetTitle()->GetHeaderRowCount(), 2);
+    EXPECT_EQ(qty->GetTitle()->GetHeaderRows(0), "Name");
+    EXPECT_EQ(qty->GetTitle()->GetHeaderRows(1), "Count");
+    EXPECT_EQ(qty->GetTitle()->GetHeaderRows(2), QString());
+    EXPECT_EQ(qty->GetTitle()->HeaderRight(0), price);
+    name->GetTitle()->SetCaption(QString());
+    EXPECT_EQ(price->GetTitle()->GetHeader(), " ");
+    grid.SetColumnNesting(false);
+    EXPECT_EQ(qty->GetTitle()->GetHeader(), "Count");
+    EXPECT_EQ(price->GetTitle()->GetHeaderRowCount(), 0);
+
+    // The last column decides whether the columns are the user's.
+    TQColumn *made = columns->Add();
+    made->SetFieldName(QStringLiteral("ID"));
+    made->SetStored(false);
+    EXPECT_EQ(columns->State(), csDefault);
+    made->SetStored(true);
+    EXPECT_EQ(columns->State(), csCustomized);
+
+    // A column whose field is missing maps to no field and makes the fields not the default ones.
+    made->SetFieldName(QStringLiteral("Gone"));
+    EXPECT_EQ(grid.DataLink()->GetMappedIndex(made->Index()), -1);
+    EXPECT_FALSE(grid.DataLink()->DefaultFields());
+    EXPECT_EQ(grid.DataLink()->GetFields(made->Index()), nullptr);
+}
+
 TEST_F(DBGrid, HeadersBlocksChecksAndFittedWidths)
 {
     TQDBGridColumns *columns = grid.GetColumns();
