@@ -191,6 +191,18 @@ void TQCustomDBGrid::EndUpdate()
         --d_->updateLock;
 }
 
+void TQCustomDBGrid::DisableGrid()
+{
+    BeginUpdate();
+}
+
+void TQCustomDBGrid::EnableGrid()
+{
+    EndUpdate();
+    if (!UpdateLocked())
+        DataChanged(); // what changed meanwhile is shown at once
+}
+
 bool TQCustomDBGrid::UpdateLocked() const
 {
     return d_->updateLock > 0;

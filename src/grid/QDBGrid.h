@@ -150,6 +150,9 @@ public:
     void BeginUpdate();
     void EndUpdate();
     bool UpdateLocked() const;
+    // Keeps the grid from following its data set (a batch of changes) until enabled again.
+    void DisableGrid();
+    void EnableGrid();
     void DisablePosition();
     void EnablePosition(bool restore);
     // Held while the link cancels an edit: the data change that follows is not a new state.

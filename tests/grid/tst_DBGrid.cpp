@@ -188,6 +188,18 @@ TEST_F(DBGrid, FollowsChangesOfTheDataSet)
     table->FieldByName(QStringLiteral("Qty"))->SetAsInteger(777);
     EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), "777");
     table->Post();
+
+    // A disabled grid does not follow a batch of changes until it is enabled again.
+    const int rows = grid.RowCount();
+    grid.DisableGrid();
+    table->Last();
+    while (table->RecordCount() > 3)
+        table->Delete();
+    EXPECT_EQ(grid.RowCount(), rows);
+    grid.EnableGrid();
+    EXPECT_EQ(grid.RowCount(), 1 + 3 + 1);
+    table->First();
+
     table->Close();
     EXPECT_FALSE(grid.DataLink()->Active());
     EXPECT_EQ(grid.RowCount(), 1 + 1 + 1);
