@@ -207,6 +207,7 @@ protected:
     bool CanEditShow() const override;
     QString GetEditText(int col, int row) const override;
     void SetEditText(int col, int row, const QString &text) override;
+    bool AcceptEditText() override;
     void UpdateScrollBars() override;
     void ColWidthsChanged() override;
     void scrollContentsBy(int dx, int dy) override;

@@ -57,8 +57,13 @@ void TQGridDataLink::RecordChanged(TField *field)
 void TQGridDataLink::UpdateData()
 {
     inUpdateData_ = true;
-    if (modified_)
-        grid_->UpdateData();
+    try {
+        if (modified_)
+            grid_->UpdateData();
+    } catch (...) {
+        inUpdateData_ = false; // still modified: the next post tries the text again
+        throw;
+    }
     inUpdateData_ = false;
     modified_ = false;
 }

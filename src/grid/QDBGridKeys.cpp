@@ -30,8 +30,10 @@ void showingErrors(F &&action)
 
 bool TQCustomDBGrid::SelectCell(int col, int row)
 {
-    if (d_->settingActive || row == Row())
+    if (d_->settingActive)
         return true;
+    if (row == Row()) // another cell of the record: the text typed into this one goes in first
+        return col == Col() || AcceptEditText();
     TQGridDataLink *link = DataLink();
     const int record = row - TitleOffset();
     if (!link->Active() || record < 0 || record >= link->RecordCount())
@@ -155,17 +157,28 @@ QString TQCustomDBGrid::GetEditText(int col, int) const
 void TQCustomDBGrid::SetEditText(int col, int, const QString &text)
 {
     TQColumn *column = ColumnAt(col);
-    TField *field = column ? column->GetField() : nullptr;
-    if (!field)
+    if (!column || !column->GetField())
         return;
-    // Typing puts the data set in edit mode; text the field cannot take is kept in the
-    // editor and reported when the record is posted.
-    try {
+    // Typing puts the data set in edit mode; the field takes the text when it is confirmed.
+    showingErrors([&] {
         if (!DataLink()->Editing() && !DataLink()->Edit())
             return;
-        column->SetEditText(text);
-    } catch (const Exception &) {
-    }
+        d_->editText = text;
+        d_->editColumn = col;
+        DataLink()->Modified();
+    });
+}
+
+bool TQCustomDBGrid::AcceptEditText()
+{
+    if (d_->editColumn < 0 || !DataLink()->IsModified())
+        return true;
+    bool accepted = false;
+    showingErrors([&] {
+        DataLink()->UpdateRecord();
+        accepted = true;
+    });
+    return accepted;
 }
 
 } // namespace qdb

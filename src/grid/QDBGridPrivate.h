@@ -38,6 +38,9 @@ struct TQCustomDBGrid::Private
     int orderLock = 0;
     bool stretchMode = false;
     int wheelScrollRows = 0;
+    // What the user typed into the cell editor and the field has not yet taken.
+    QString editText;
+    int editColumn = -1;
     TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
 };
 

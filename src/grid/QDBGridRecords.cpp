@@ -39,6 +39,7 @@ void TQCustomDBGrid::LinkActive(bool value)
 
 void TQCustomDBGrid::DataChanged()
 {
+    d_->editColumn = -1; // the record was read again: nothing typed is pending
     if (UpdateLocked())
         return;
     TDataSet *ds = DataSet();
@@ -69,7 +70,12 @@ void TQCustomDBGrid::EditingChanged()
 
 void TQCustomDBGrid::UpdateData()
 {
-    // The plain editor writes into the field as it goes: nothing is pending here.
+    // Text the field refuses raises here, before the record is posted; it stays pending
+    // and in the editor.
+    TQColumn *column = ColumnAt(d_->editColumn);
+    if (column)
+        column->SetEditText(d_->editText);
+    d_->editColumn = -1;
 }
 
 void TQCustomDBGrid::layoutBlankRow()

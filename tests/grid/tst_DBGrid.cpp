@@ -4,6 +4,7 @@
 #include "TestSupport.h"
 
 #include "platform/db/DBConsts.h"
+#include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
 #include "platform/rtl/Streaming.h"
 
@@ -249,6 +250,48 @@ TEST_F(DBGrid, EditsInPlaceAndPostsOnLeavingTheRecord)
     EXPECT_EQ(table->State(), dsInsert);
     key(Qt::Key_Escape);
     EXPECT_EQ(table->RecordCount(), count);
+}
+
+TEST_F(DBGrid, TextAFieldRefusesStaysInTheEditor)
+{
+    QStringList messages;
+    ScopedMessageDlgHook hook([&](const QString &message, TMsgDlgType, TMsgDlgButtons) {
+        messages << message;
+        return mrOk;
+    });
+    grid.setFocus();
+    grid.SetCol(grid.DataToRawColumn(2)); // Qty, an integer
+    key(Qt::Key_F2);
+    auto *editor = grid.findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(editor, QStringLiteral("12x"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_TRUE(messages[0].contains(QStringLiteral("12x"))) << messages[0].toStdString();
+    EXPECT_TRUE(grid.EditorMode());
+    EXPECT_EQ(editor->text(), "12x");
+    QTest::keyClick(editor, Qt::Key_Tab); // nor can the user leave the cell with it
+    EXPECT_EQ(messages.size(), 2);
+    EXPECT_EQ(grid.Col(), grid.DataToRawColumn(2));
+    key(Qt::Key_Down); // nor the record
+    EXPECT_EQ(table->RecNo(), 1);
+    EXPECT_EQ(messages.size(), 3);
+
+    QTest::keyClick(editor, Qt::Key_Backspace);
+    QTest::keyClick(editor, Qt::Key_Return);
+    EXPECT_EQ(messages.size(), 3);
+    EXPECT_FALSE(grid.EditorMode());
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Qty"))->AsInteger(), 12);
+
+    // Esc in the editor takes the typed text back; the record is posted unchanged.
+    key(Qt::Key_F2);
+    QTest::keyClicks(editor, QStringLiteral("99"));
+    QTest::keyClick(editor, Qt::Key_Escape);
+    key(Qt::Key_Down);
+    EXPECT_EQ(messages.size(), 3);
+    table->First();
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Qty"))->AsInteger(), 12);
 }
 
 TEST_F(DBGrid, ColumnsOfMissingFieldsStayEmpty)

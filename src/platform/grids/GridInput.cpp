@@ -98,13 +98,16 @@ bool TCustomGrid::eventFilter(QObject *watched, QEvent *event)
         auto *key = static_cast<QKeyEvent *>(event);
         switch (key->key()) {
         case Qt::Key_Escape:
-            if (auto *edit = qobject_cast<QLineEdit *>(editor_.data())) // back to the cell's value
+            if (auto *edit = qobject_cast<QLineEdit *>(editor_.data())) { // back to the cell's value
                 edit->setText(GetEditText(col_, row_));
+                SetEditText(col_, row_, edit->text());
+            }
             HideEditor();
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            HideEditor();
+            if (AcceptEditText())
+                HideEditor();
             return true;
         case Qt::Key_Up:
         case Qt::Key_Down:

@@ -105,6 +105,8 @@ protected:
     virtual QString GetEditText(int col, int row) const;
     virtual void SetEditText(int col, int row, const QString &text);
     virtual QWidget *CreateEditor();
+    // Takes the editor's text when the user confirms it; false keeps the editor open.
+    virtual bool AcceptEditText() { return true; }
     virtual void UpdateScrollBars();
     // The keys of the grid; descendants handle their own before calling this.
     virtual void KeyDown(QKeyEvent *event);
