@@ -154,6 +154,12 @@ int TQCustomDBGrid::colLineWidth() const
     return d_->options.Contains(dgColLines) ? GridLineWidth() : 0;
 }
 
+TField *TQCustomDBGrid::SelectedField() const
+{
+    TQColumn *column = ColumnAt(Col());
+    return column ? column->GetField() : nullptr;
+}
+
 TQColumn *TQCustomDBGrid::ColumnAt(int rawCol) const
 {
     const int c = RawToDataColumn(rawCol);

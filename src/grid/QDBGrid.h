@@ -187,11 +187,14 @@ public:
     virtual void UpdateSequence(bool) {}
     virtual void UpdateTotals(bool) {}
     virtual void UpdateTreeView(bool) {}
-    virtual void InvalidateEditor() {}
+    // The editor shows the field again when nothing typed is pending.
+    virtual void InvalidateEditor();
     virtual void AlwaysShowEditor() {}
 
     // The column shown in a raw grid column, nullptr for the indicator.
     TQColumn *ColumnAt(int rawCol) const;
+    // The field of the current column, nullptr when it has none.
+    TField *SelectedField() const;
     // The text a data cell shows: its record's field as displayed.
     QString CellText(int rawCol, int row) const;
 

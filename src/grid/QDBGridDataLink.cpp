@@ -50,8 +50,14 @@ void TQGridDataLink::EditingChanged()
 
 void TQGridDataLink::RecordChanged(TField *field)
 {
+    // Another field of the record changed under the editor: what was typed goes in first.
+    if (modified_ && field && field->FieldKind() == fkData && field != grid_->SelectedField() && !inUpdateData_) {
+        const TQColumn *column = grid_->GetColumns()->FindColumn(field->FullName());
+        if (column && grid_->DataToRawColumn(column->Index()) >= grid_->FixedCols())
+            UpdateData();
+    }
+    modified_ = false; // before the grid looks: its editor shows the field again
     grid_->RecordChanged(field);
-    modified_ = false;
 }
 
 void TQGridDataLink::UpdateData()

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QWheelEvent>
 
 namespace qdb {
@@ -161,7 +162,13 @@ void TQCustomDBGrid::SetEditText(int col, int, const QString &text)
         return;
     // Typing puts the data set in edit mode; the field takes the text when it is confirmed.
     showingErrors([&] {
-        if (!DataLink()->Editing() && !DataLink()->Edit())
+        // Starting the edit re-reads the record; the editor keeps what is being typed.
+        bool editing = DataLink()->Editing();
+        if (!editing) {
+            const QScopedValueRollback<int> typing(d_->typing, d_->typing + 1);
+            editing = DataLink()->Edit();
+        }
+        if (!editing)
             return;
         d_->editText = text;
         d_->editColumn = col;

@@ -41,6 +41,7 @@ struct TQCustomDBGrid::Private
     // What the user typed into the cell editor and the field has not yet taken.
     QString editText;
     int editColumn = -1;
+    int typing = 0;
     TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
 };
 

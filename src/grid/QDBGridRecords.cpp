@@ -3,6 +3,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include <QLineEdit>
 #include <QScrollBar>
 
 namespace qdb {
@@ -60,6 +61,15 @@ void TQCustomDBGrid::RecordChanged(TField *)
 {
     InvalidateRow(Row());
     InvalidateEditor();
+}
+
+void TQCustomDBGrid::InvalidateEditor()
+{
+    if (DataLink()->IsModified() || d_->typing > 0)
+        return;
+    d_->editColumn = -1;
+    if (auto *edit = qobject_cast<QLineEdit *>(InplaceEditor()); edit && EditorMode())
+        edit->setText(GetEditText(Col(), Row()));
 }
 
 void TQCustomDBGrid::EditingChanged()

@@ -294,6 +294,29 @@ TEST_F(DBGrid, TextAFieldRefusesStaysInTheEditor)
     EXPECT_EQ(table->FieldByName(QStringLiteral("Qty"))->AsInteger(), 12);
 }
 
+TEST_F(DBGrid, ChangesByTheProgramMeetTypedText)
+{
+    grid.setFocus();
+    grid.SetCol(grid.DataToRawColumn(1)); // Name
+    key(Qt::Key_F2);
+    auto *editor = grid.findChild<QLineEdit *>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClicks(editor, QStringLiteral("typed"));
+    // Another field changing puts the typed text into its field first.
+    table->FieldByName(QStringLiteral("Qty"))->SetAsInteger(5);
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Name"))->AsString(), "typed");
+    EXPECT_EQ(editor->text(), "typed");
+    // The field under the editor changing shows the new value in the editor.
+    QTest::keyClicks(editor, QStringLiteral(" more"));
+    table->FieldByName(QStringLiteral("Name"))->SetAsString(QStringLiteral("program"));
+    EXPECT_EQ(editor->text(), "program");
+    QTest::keyClick(editor, Qt::Key_Return);
+    key(Qt::Key_Down);
+    table->First();
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Name"))->AsString(), "program");
+    EXPECT_EQ(table->FieldByName(QStringLiteral("Qty"))->AsInteger(), 5);
+}
+
 TEST_F(DBGrid, ColumnsOfMissingFieldsStayEmpty)
 {
     TQColumn *qty = grid.GetColumns()->Add();
