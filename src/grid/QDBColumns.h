@@ -9,6 +9,7 @@
 #include <QColor>
 #include <QFont>
 #include <QIODevice>
+#include <QMenu>
 #include <QPointer>
 
 namespace qdb {
@@ -26,6 +27,8 @@ class TQColumnTitle : public QObject
     Q_PROPERTY(QFont Font READ GetFont WRITE SetFont)
     Q_PROPERTY(QString Header READ Header WRITE SetHeader)
     Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
+    Q_PROPERTY(QMenu *DropDownMenu READ GetDropDownMenu WRITE SetDropDownMenu)
+    Q_PROPERTY(QMenu *PopupMenu READ GetPopupMenu WRITE SetPopupMenu)
     Q_PROPERTY(bool AutoFilter READ GetAutoFilter WRITE SetAutoFilter)
     Q_PROPERTY(qdb::TFilterStyles AutoFilters READ GetAutoFilters WRITE SetAutoFilters)
     Q_PROPERTY(bool AutoToggle READ GetAutoToggle WRITE SetAutoToggle)
@@ -67,6 +70,10 @@ public:
     void SetColor(const QColor &color);
     QColor DefaultColor() const;
     Q_INVOKABLE bool IsColorStored() const;
+    QMenu *GetDropDownMenu() const { return dropDownMenu_; }
+    void SetDropDownMenu(QMenu *menu) { dropDownMenu_ = menu; }
+    QMenu *GetPopupMenu() const { return popupMenu_; }
+    void SetPopupMenu(QMenu *menu) { popupMenu_ = menu; }
     bool GetAutoFilter() const { return autoFilter_; }
     void SetAutoFilter(bool value) { assign(autoFilter_, value); }
     TFilterStyles GetAutoFilters() const { return autoFilters_; }
@@ -119,6 +126,8 @@ private:
     QFont font_;
     QString header_;
     QColor color_;
+    QPointer<QMenu> dropDownMenu_;
+    QPointer<QMenu> popupMenu_;
     bool autoFilter_ = true;
     TFilterStyles autoFilters_{fsFilterList, fsFilterForm};
     bool autoToggle_ = true;
@@ -183,6 +192,8 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(qdb::TQColumnReport *Report READ GetReport)
     Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
     Q_PROPERTY(qdb::TStrings *FilterList READ GetFilterList)
+    Q_PROPERTY(QMenu *DropDownMenu READ GetDropDownMenu WRITE SetDropDownMenu)
+    Q_PROPERTY(QMenu *PopupMenu READ GetPopupMenu WRITE SetPopupMenu)
     Q_PROPERTY(qdb::TDataSet *LookupDataSet READ GetLookupDataSet WRITE SetLookupDataSet)
     Q_PROPERTY(QString KeyField READ GetKeyField WRITE SetKeyField)
     Q_PROPERTY(QString LookupKeyField READ GetLookupKeyField WRITE SetLookupKeyField)
@@ -330,6 +341,11 @@ public:
     QColor DefaultColor() const;
     Q_INVOKABLE bool IsColorStored() const { return assigned_.Contains(cvColor); }
     TStrings *GetFilterList() const { return filterList_; }
+    // Menus the application owns: one for the cell's drop-down button, one for its context.
+    QMenu *GetDropDownMenu() const { return dropDownMenu_; }
+    void SetDropDownMenu(QMenu *menu) { dropDownMenu_ = menu; }
+    QMenu *GetPopupMenu() const { return popupMenu_; }
+    void SetPopupMenu(QMenu *menu) { popupMenu_ = menu; }
     TStrings *GetPickList() const { return pickList_; }
     TStrings *GetPickText() const { return pickText_; }
     Q_INVOKABLE bool IsFilterListStored() const { return filterList_->Count() > 0; }
@@ -526,6 +542,8 @@ private:
     bool fieldSuppliesLookup() const;
 
     TStrings *filterList_;
+    QPointer<QMenu> dropDownMenu_;
+    QPointer<QMenu> popupMenu_;
     QPointer<TDataSet> lookupDataSet_;
     QString keyField_;
     QString lookupKeyField_;

@@ -5,6 +5,7 @@
 #include "platform/rtl/Streaming.h"
 
 #include <QJsonObject>
+#include <QMenu>
 
 #include <gtest/gtest.h>
 
@@ -44,4 +45,16 @@ TEST(Columns, OnlyValuesThatDifferFromTheirDefaultsAreWritten)
     EXPECT_FALSE(copy.GetListOptions().Contains(loShowToday));
     EXPECT_EQ(copy.GetTitle()->GetMarker(), tmDescend);
     EXPECT_EQ(copy.GetPickList()->Count(), 2);
+
+    // Menus are the application's: written and read by name.
+    QMenu menu;
+    menu.setObjectName(QStringLiteral("rowMenu"));
+    copy.SetPopupMenu(&menu);
+    const QJsonObject withMenu = WriteComponent(&copy);
+    EXPECT_EQ(withMenu[QStringLiteral("PopupMenu")].toString(), "rowMenu");
+    TQColumn read;
+    ReadComponent(&read, withMenu, [&](const QString &name, const QMetaProperty &) -> QObject * {
+        return name == QLatin1String("rowMenu") ? &menu : nullptr;
+    });
+    EXPECT_EQ(read.GetPopupMenu(), &menu);
 }
