@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QSaveFile>
+#include <QScopeGuard>
 
 #include <memory>
 
@@ -32,53 +33,22 @@ private:
     TQDBGridColumns *columns_;
 };
 
-// Keeps a grid state flag set for the length of a scope, whatever is thrown.
-template <void (TQCustomDBGrid::*Set)(bool)>
-class GridStateScope
+// Calls a grid's member with true now and with false when the scope ends, whatever is thrown.
+auto gridFlag(TQCustomDBGrid *grid, void (TQCustomDBGrid::*set)(bool))
 {
-public:
-    explicit GridStateScope(TQCustomDBGrid *grid) : grid_(grid)
-    {
-        if (grid_)
-            (grid_->*Set)(true);
-    }
-    ~GridStateScope()
-    {
-        if (grid_)
-            (grid_->*Set)(false);
-    }
-    GridStateScope(const GridStateScope &) = delete;
-    GridStateScope &operator=(const GridStateScope &) = delete;
-
-private:
-    TQCustomDBGrid *grid_;
-};
-
-class OrderUpdateScope
-{
-public:
-    explicit OrderUpdateScope(TQCustomDBGrid *grid) : grid_(grid)
-    {
-        if (grid_)
-            grid_->BeginOrderUpdate();
-    }
-    ~OrderUpdateScope()
-    {
-        if (grid_)
-            grid_->EndOrderUpdate();
-    }
-    OrderUpdateScope(const OrderUpdateScope &) = delete;
-    OrderUpdateScope &operator=(const OrderUpdateScope &) = delete;
-
-private:
-    TQCustomDBGrid *grid_;
-};
+    if (grid)
+        (grid->*set)(true);
+    return qScopeGuard([grid, set] {
+        if (grid)
+            (grid->*set)(false);
+    });
+}
 
 } // namespace
 
 void TQDBGridColumns::SaveToStream(QIODevice &stream)
 {
-    GridStateScope<&TQCustomDBGrid::SetSavingColumns> saving(grid_);
+    const auto saving = gridFlag(grid_, &TQCustomDBGrid::SetSavingColumns);
     TQColumnsWrapper wrapper(this);
     if (grid_)
         wrapper.orderFields = grid_->GetOrderFields();
@@ -92,9 +62,14 @@ void TQDBGridColumns::LoadFromStream(QIODevice &stream)
     // Read into a fresh collection first so that a bad stream leaves these columns alone.
     auto fresh = std::make_unique<TQDBGridColumns>(grid_);
     TQColumnsWrapper wrapper(fresh.get());
-    OrderUpdateScope order(grid_);
+    if (grid_)
+        grid_->BeginOrderUpdate();
+    const auto order = qScopeGuard([this] {
+        if (grid_)
+            grid_->EndOrderUpdate();
+    });
     {
-        GridStateScope<&TQCustomDBGrid::SetLoadingColumns> loading(grid_);
+        const auto loading = gridFlag(grid_, &TQCustomDBGrid::SetLoadingColumns);
         CollectionUpdateGuard guard(*fresh);
         JsonToComponent(&wrapper, stream.readAll());
     }

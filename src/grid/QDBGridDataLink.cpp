@@ -3,6 +3,8 @@
 #include "platform/db/DBConsts.h"
 #include "platform/rtl/Exceptions.h"
 
+#include <QScopeGuard>
+
 namespace qdb {
 
 void TQGridDataLink::ActiveChanged()
@@ -79,13 +81,8 @@ void TQGridDataLink::Cancel()
     if (!DataSet())
         return;
     grid_->BeginCancel();
-    try {
-        DataSet()->Cancel();
-    } catch (...) {
-        grid_->EndCancel();
-        throw;
-    }
-    grid_->EndCancel();
+    const auto done = qScopeGuard([this] { grid_->EndCancel(); });
+    DataSet()->Cancel();
 }
 
 void TQGridDataLink::Reset()
