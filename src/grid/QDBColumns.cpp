@@ -66,13 +66,13 @@ void TQColumnTitle::SetHeader(const QString &header)
     if (header_ == header)
         return;
     header_ = header;
-    column_->changed();
+    column_->LayoutChanged();
 }
 
 QColor TQColumnTitle::DefaultColor() const
 {
     TQCustomDBGrid *grid = column_->GetGrid();
-    return grid ? grid->palette().color(QPalette::Button) : QColor(Qt::lightGray);
+    return grid ? grid->PaintColor(grid->GetFixedColor(), grid->palette().color(QPalette::Button)) : QColor(Qt::lightGray);
 }
 
 QColor TQColumnTitle::GetColor() const
@@ -173,6 +173,8 @@ void TQColumnReport::RestoreDefaults()
 
 TQColumn::TQColumn(TCollection *collection)
     : TCollectionItem(collection), title_(new TQColumnTitle(this)), report_(new TQColumnReport(this)),
+      totalHeader_(new TQColumnTotalHeader(this)), totalValues_(new TQColumnTotalValues(this)),
+      totalFooter_(new TQColumnTotalFooter(this)),
       filterList_(new TStringList(this)), lookupListFields_(new TStringList(this)), pickList_(new TStringList(this)), pickText_(new TStringList(this))
 {
     RegisterSetType<TQListOption>();
@@ -183,7 +185,7 @@ TQColumn::TQColumn(TCollection *collection)
 QColor TQColumn::DefaultColor() const
 {
     TQCustomDBGrid *grid = GetGrid();
-    return grid ? grid->palette().color(QPalette::Base) : QColor(Qt::white);
+    return grid ? grid->PaintColor(grid->GetColor(), grid->palette().color(QPalette::Base)) : QColor(Qt::white);
 }
 
 QColor TQColumn::GetColor() const
@@ -309,8 +311,15 @@ int TQColumn::GetWidth() const
     TQCustomDBGrid *grid = GetGrid();
     if (!grid)
         return -1;
-    if (!Showing() && !grid->IsDesigning() && !grid->IsSavingColumns())
+    const bool persisting = grid->IsDesigning() || grid->IsSavingColumns();
+    if (!Showing() && !persisting)
         return -grid->GridLineWidth(); // a hidden column takes no room, line included
+    if (grid->StretchActive()) {
+        if (persisting)
+            return GetWidthBase(); // the weights are kept, not the stretched widths
+        if (stretchWidth_ >= 0)
+            return stretchWidth_;
+    }
     return assigned_.Contains(cvWidth) ? width_ : DefaultWidth();
 }
 
@@ -337,10 +346,18 @@ void TQColumn::SetWidth(int width)
     const bool colLines = grid && grid->GetOptions().Contains(dgColLines);
     if (width < (colLines ? 0 : 1))
         return;
+    if (grid && grid->StretchActive() && !grid->Stretching()) {
+        // A width dragged on a stretching grid becomes the weight that yields it.
+        if (width != GetWidth() && grid->StretchBaseSum() >= 1 && grid->StretchWidthLeft() >= 1)
+            widthBase_ = int(qint64(width) * grid->StretchBaseSum() / grid->StretchWidthLeft());
+    } else {
+        widthBase_ = -1; // a width the user gives is the new weight too
+    }
     width_ = width;
-    widthBase_ = -1; // a width the user gives is the new weight too
     assigned_ += cvWidth;
     changed();
+    if (grid && grid->StretchActive())
+        grid->StretchGrid(); // the others give or take the difference
 }
 
 int TQColumn::GetWidthBase() const

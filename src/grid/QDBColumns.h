@@ -1,5 +1,6 @@
 #pragma once
 
+#include "QDBColumnTotals.h"
 #include "QDBGridTypes.h"
 
 #include "platform/db/DataSet.h"
@@ -111,6 +112,8 @@ public:
     QString GetHeader() const;
     int GetHeaderRowCount() const;
     QString GetHeaderRows(int row) const { return GetHeaderText(GetHeader(), row); }
+    // The lines of the title's own header; those of its parents show above it.
+    int OwnHeaderRowCount() const { return header_.isEmpty() ? 0 : 1 + int(header_.count(QLatin1Char('|'))); }
     // The first and last showing neighbours that share this column's header cell on a row.
     TQColumn *HeaderLeft(int row) const;
     TQColumn *HeaderRight(int row) const;
@@ -190,6 +193,9 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(bool Expanded READ GetExpanded WRITE SetExpanded)
     Q_PROPERTY(qdb::TQColumnTitle *Title READ GetTitle)
     Q_PROPERTY(qdb::TQColumnReport *Report READ GetReport)
+    Q_PROPERTY(qdb::TQColumnTotalHeader *TotalHeader READ GetTotalHeader)
+    Q_PROPERTY(qdb::TQColumnTotalValues *TotalValues READ GetTotalValues)
+    Q_PROPERTY(qdb::TQColumnTotalFooter *TotalFooter READ GetTotalFooter)
     Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
     Q_PROPERTY(qdb::TStrings *FilterList READ GetFilterList)
     Q_PROPERTY(QMenu *DropDownMenu READ GetDropDownMenu WRITE SetDropDownMenu)
@@ -336,6 +342,12 @@ public:
     void SetExpanded(bool on);
     TQColumnTitle *GetTitle() const { return title_; }
     TQColumnReport *GetReport() const { return report_; }
+    TQColumnTotalHeader *GetTotalHeader() const { return totalHeader_; }
+    TQColumnTotalValues *GetTotalValues() const { return totalValues_; }
+    TQColumnTotalFooter *GetTotalFooter() const { return totalFooter_; }
+    // A change that moves rows or merges title cells (headers, totals sections): the
+    // grid's whole layout is made again.
+    void LayoutChanged() { Changed(true); }
     QColor GetColor() const;
     void SetColor(const QColor &color);
     QColor DefaultColor() const;
@@ -479,6 +491,9 @@ public:
     // follows it.
     int GetWidthBase() const;
     void SetWidthBase(int width);
+    // The width a stretch pass gives; shown instead of the own width while stretching is on.
+    int StretchWidth() const { return stretchWidth_; }
+    void SetStretchWidth(int width) { stretchWidth_ = width; }
 
     int DefaultWidth() const;
     TAlignment DefaultAlignment() const;
@@ -537,8 +552,12 @@ private:
     int expandCols_ = 0;
     bool expanded_ = true;
     int widthBase_ = -1; // -1: the width
+    int stretchWidth_ = -1; // the width the grid's stretching gave, -1: none
     TQColumnTitle *title_;
     TQColumnReport *report_;
+    TQColumnTotalHeader *totalHeader_;
+    TQColumnTotalValues *totalValues_;
+    TQColumnTotalFooter *totalFooter_;
     bool fieldSuppliesLookup() const;
 
     TStrings *filterList_;

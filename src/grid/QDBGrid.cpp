@@ -13,7 +13,7 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
     d_->style = new TQGridStyle(this);
     d_->titleFont = font();
     d_->link.reset(CreateDataLink());
-    d_->indicators = TGridImageList::Load(QStringLiteral("QDBINDICATORS"), int(96 * devicePixelRatioF()));
+    loadImages();
     SetDefaultColWidth(64);
     SetDefaultRowHeight(QFontMetrics(font()).height() + d_->style->DataRowSpace);
     InternalLayout();
@@ -48,7 +48,16 @@ void TQCustomDBGrid::SetLoadingColumns(bool on) { d_->loadingColumns += on ? 1 :
 QString TQCustomDBGrid::GetOrderFields() const { return d_->orderFields; }
 void TQCustomDBGrid::SetOrderFields(const QString &order) { d_->orderFields = order; }
 bool TQCustomDBGrid::GetStretchMode() const { return d_->stretchMode; }
-void TQCustomDBGrid::SetStretchMode(bool on) { d_->stretchMode = on; }
+void TQCustomDBGrid::SetStretchMode(bool on)
+{
+    if (d_->stretchMode == on)
+        return;
+    d_->stretchMode = on;
+    if (on)
+        StretchGrid();
+    else
+        LayoutChanged(); // the columns' own widths come back
+}
 TQSettingsOptions TQCustomDBGrid::GetSettingsOptions() const { return d_->settingsOptions; }
 void TQCustomDBGrid::SetSettingsOptions(TQSettingsOptions options) { d_->settingsOptions = options; }
 void TQCustomDBGrid::BeginOrderUpdate() { ++d_->orderLock; }
@@ -141,7 +150,7 @@ int TQCustomDBGrid::IndicatorOffset() const
 
 int TQCustomDBGrid::TitleOffset() const
 {
-    return d_->options.Contains(dgTitles) ? 1 : 0;
+    return d_->options.Contains(dgTitles) ? d_->titleRows : 0;
 }
 
 int TQCustomDBGrid::rowLineWidth() const
@@ -236,43 +245,6 @@ void TQCustomDBGrid::DefineFieldMap()
     }
 }
 
-void TQCustomDBGrid::InternalLayout()
-{
-    ++d_->layoutLock; // the columns' own change notices come back here
-    d_->link->ClearMapping();
-    if (d_->link->Active()) {
-        if (d_->columns->State() == csDefault && d_->columns->Count() == 0)
-            d_->columns->RebuildColumns();
-        DefineFieldMap();
-    }
-    const int offset = IndicatorOffset();
-    SetColCount(d_->columns->Count() + offset);
-    SetFixedCols(offset);
-    if (offset)
-        SetColWidths(0, d_->indicators.Size() + 4);
-    for (int i = 0; i < d_->columns->Count(); ++i)
-        SetColWidths(i + offset, d_->columns->Items(i)->GetWidth());
-    TGridOptions options = Options();
-    options.Switch(goVertLine, d_->options.Contains(dgColLines));
-    options.Switch(goFixedVertLine, d_->options.Contains(dgColLines));
-    options.Switch(goHorzLine, d_->options.Contains(dgRowLines));
-    options.Switch(goFixedHorzLine, d_->options.Contains(dgRowLines));
-    options.Switch(goColSizing, d_->options.Contains(dgColumnResize));
-    options.Switch(goEditing, d_->options.Contains(dgEditing));
-    options.Switch(goTabs, d_->options.Contains(dgTabs));
-    options.Switch(goRowSelect, d_->options.Contains(dgRowSelect));
-    TCustomGrid::SetOptions(options);
-    SetDefaultRowHeight(QFontMetrics(font()).height() + d_->style->DataRowSpace + rowLineWidth() - GridLineWidth());
-    --d_->layoutLock;
-    UpdateRowCount();
-    if (TitleOffset() > 0)
-        SetRowHeights(0, QFontMetrics(d_->titleFont).height() + d_->style->TitleRowSpace);
-    UpdateRowCount();
-    UpdateScrollBar();
-    UpdateActive();
-    InvalidateGrid();
-}
-
 void TQCustomDBGrid::ColWidthsChanged()
 {
     // A width dragged by the user becomes the column's own.
@@ -298,6 +270,7 @@ void TQCustomDBGrid::resizeEvent(QResizeEvent *event)
 {
     TCustomGrid::resizeEvent(event);
     UpdateRowCount();
+    StretchGrid();
 }
 
 } // namespace qdb

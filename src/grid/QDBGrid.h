@@ -5,6 +5,7 @@
 #include "QDBGridTypes.h"
 
 #include "platform/db/DataSource.h"
+#include "platform/rtl/Colors.h"
 #include "platform/grids/Grids.h"
 
 #include <memory>
@@ -85,6 +86,28 @@ class TQCustomDBGrid : public TCustomGrid
     Q_PROPERTY(QString KeyFields READ GetKeyFields WRITE SetKeyFields)
     Q_PROPERTY(qdb::TQGridStyle *GridStyle READ GetGridStyle)
     Q_PROPERTY(int WheelScrollRows READ GetWheelScrollRows WRITE SetWheelScrollRows)
+    Q_PROPERTY(QFont HeaderFont READ GetHeaderFont WRITE SetHeaderFont)
+    Q_PROPERTY(int LinesCount READ GetLinesCount WRITE SetLinesCount)
+    Q_PROPERTY(int TitleLinesCount READ GetTitleLinesCount WRITE SetTitleLinesCount)
+    Q_PROPERTY(int HeaderLinesCount READ GetHeaderLinesCount WRITE SetHeaderLinesCount)
+    Q_PROPERTY(int IndicatorWidth READ GetIndicatorWidth WRITE SetIndicatorWidth)
+    Q_PROPERTY(int StretchWidthMin READ GetStretchWidthMin WRITE SetStretchWidthMin)
+    Q_PROPERTY(int StretchWidthMax READ GetStretchWidthMax WRITE SetStretchWidthMax)
+    Q_PROPERTY(qint32 Color READ GetColor WRITE SetColor)
+    Q_PROPERTY(qint32 FixedColor READ GetFixedColor WRITE SetFixedColor)
+    Q_PROPERTY(qint32 DataColLineColor READ GetDataColLineColor WRITE SetDataColLineColor)
+    Q_PROPERTY(qint32 DataRowLineColor READ GetDataRowLineColor WRITE SetDataRowLineColor)
+    Q_PROPERTY(qint32 EditorColor READ GetEditorColor WRITE SetEditorColor)
+    Q_PROPERTY(qint32 HighlightText READ GetHighlightText WRITE SetHighlightText)
+    Q_PROPERTY(qint32 StripeColor READ GetStripeColor WRITE SetStripeColor)
+    Q_PROPERTY(qint32 SelectionColor READ GetSelectionColor WRITE SetSelectionColor)
+    Q_PROPERTY(qint32 SelectCellColor READ GetSelectCellColor WRITE SetSelectCellColor)
+    Q_PROPERTY(qint32 SelectRowColor READ GetSelectRowColor WRITE SetSelectRowColor)
+    Q_PROPERTY(qdb::TGridDrawingOptions DrawingOptions READ GetDrawingOptions WRITE SetDrawingOptions)
+    Q_PROPERTY(qdb::QDBGridTypes::TFixedStyle FixedStyle READ GetFixedStyle WRITE SetFixedStyle)
+    Q_PROPERTY(qdb::QDBGridTypes::TFocusRect FocusRect READ GetFocusRect WRITE SetFocusRect)
+    Q_PROPERTY(qdb::QDBGridTypes::TMarkerStyle MarkerStyle READ GetMarkerStyle WRITE SetMarkerStyle)
+    Q_PROPERTY(qdb::QDBGridTypes::TMarkerTransparent MarkerTransparent READ GetMarkerTransparent WRITE SetMarkerTransparent)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -121,6 +144,94 @@ public:
     void SetWheelScrollRows(int rows);
     // Ctrl: one row, Shift: a window, else the setting above.
     int MouseWheelScrollRows(Qt::KeyboardModifiers modifiers) const;
+
+    // ---- look ----
+    QFont GetHeaderFont() const;
+    void SetHeaderFont(const QFont &font);
+    // Text lines of a data row, of a title caption and of a header line.
+    int GetLinesCount() const;
+    void SetLinesCount(int lines);
+    int GetTitleLinesCount() const;
+    void SetTitleLinesCount(int lines);
+    int GetHeaderLinesCount() const;
+    void SetHeaderLinesCount(int lines);
+    // The indicator column's width; 0 fits its images.
+    int GetIndicatorWidth() const;
+    void SetIndicatorWidth(int width);
+    int GetStretchWidthMin() const;
+    void SetStretchWidthMin(int width);
+    int GetStretchWidthMax() const;
+    void SetStretchWidthMax(int width);
+    // Colours hold clDefault until chosen; painting uses the computed default then.
+    TColor GetColor() const;
+    void SetColor(TColor color);
+    TColor GetFixedColor() const;
+    void SetFixedColor(TColor color);
+    TColor GetDataColLineColor() const;
+    void SetDataColLineColor(TColor color);
+    TColor GetDataRowLineColor() const;
+    void SetDataRowLineColor(TColor color);
+    TColor GetEditorColor() const;
+    void SetEditorColor(TColor color);
+    TColor GetHighlightText() const;
+    void SetHighlightText(TColor color);
+    TColor GetStripeColor() const;
+    void SetStripeColor(TColor color);
+    TColor GetSelectionColor() const;
+    void SetSelectionColor(TColor color);
+    TColor GetSelectCellColor() const;
+    void SetSelectCellColor(TColor color);
+    TColor GetSelectRowColor() const;
+    void SetSelectRowColor(TColor color);
+    TGridDrawingOptions GetDrawingOptions() const;
+    void SetDrawingOptions(TGridDrawingOptions options);
+    TFixedStyle GetFixedStyle() const;
+    void SetFixedStyle(TFixedStyle style);
+    TFocusRect GetFocusRect() const;
+    void SetFocusRect(TFocusRect style);
+    TMarkerStyle GetMarkerStyle() const;
+    void SetMarkerStyle(TMarkerStyle style);
+    TMarkerTransparent GetMarkerTransparent() const;
+    void SetMarkerTransparent(TMarkerTransparent value);
+    QColor DefaultDataLineColor() const;
+    QColor DefaultEditorColor() const;
+    QColor DefaultHighlightText() const;
+    QColor DefaultStripeColor() const;
+    QColor DefaultSelectionColor() const;
+    QColor DefaultSelectCellColor() const;
+    QColor DefaultSelectRowColor() const;
+    // The colour painted for a colour property: its own, or the computed default.
+    QColor PaintColor(TColor color, const QColor &computed) const;
+    // The image strips at the grid's density.
+    const TGridImageList &Indicators() const;
+    const TGridImageList &Markers() const;
+    const TGridImageList &CheckBoxes() const;
+    const TGridImageList &ExpandBoxes() const;
+
+    // ---- geometry ----
+    int GetTitleRowCount() const { return TitleOffset(); }
+    // Bottom rows below the data: the blank filler row and the totals rows.
+    int BottomRowCount() const;
+    int GetTotalRowCount() const;
+    int GetRowHeight() const;
+    int GetTitleHeight() const;
+    int GetTotalHeight() const;
+    int GetBlankHeight() const;
+    int HeaderLineHeight() const;
+    // The header line of a column's title cell under a viewport height, -1 outside them.
+    int HeaderRow(int y, TQColumn *column) const;
+    // The columns shown, in order; rebuilt with the layout.
+    const QList<TQColumn *> &ShowingColumns() const;
+    // Fits the columns' widths to the client width by their base widths.
+    void StretchGrid();
+    bool StretchActive() const;
+    // The free base widths and the width left for them at the last stretch pass.
+    int StretchBaseSum() const;
+    int StretchWidthLeft() const;
+    bool Stretching() const;
+    // How many data columns stay in place when the grid scrolls sideways.
+    int GetFixedCols() const;
+    void SetFixedCols(int count);
 
     // Raw grid column = data column + the indicator offset.
     int IndicatorOffset() const;
@@ -197,6 +308,12 @@ public:
     TField *SelectedField() const;
     // The text a data cell shows: its record's field as displayed.
     QString CellText(int rawCol, int row) const;
+    // A check box column's image for the current record: 0 unchecked, 1 checked, 2 neither
+    // (null or another value), -1 no check box.
+    int CheckBoxState(TQColumn *column) const;
+    // The totals section a bottom row shows for a column, and its text.
+    TQColumnTotalValue *TotalAt(TQColumn *column, int row) const;
+    QString TotalText(TQColumnTotalValue *total) const;
 
 protected:
     // The link a grid uses; descendants may make their own.
@@ -204,6 +321,10 @@ protected:
     virtual void InternalLayout();
 
     void DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state) override;
+    void DrawLines(QPainter &painter, const QRect &exposed) override;
+    // Paints a data cell as the column shows it: colours, image, check box, expand box, text.
+    virtual void DefaultDrawColumnCell(QPainter &painter, const QRect &rect, int dataCol, TQColumn *column,
+                                       TGridDrawState state);
     bool SelectCell(int col, int row) override;
     void KeyDown(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
@@ -219,10 +340,15 @@ protected:
 
 private:
     void keyPressEvent(QKeyEvent *event) override;
-    void drawTitleCell(QPainter &painter, int col, const QRect &rect);
     void drawIndicatorCell(QPainter &painter, int row, const QRect &rect);
     void drawDataCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state);
-    void layoutBlankRow();
+    void drawTotalCell(QPainter &painter, int col, int row, const QRect &rect);
+    void drawTitles(QPainter &painter, const QRect &exposed);
+    void layoutBottomRows();
+    void layoutTitleRows();
+    void clampFixedCols();
+    int textHeight(const QFont &font) const;
+    void loadImages();
     int rowLineWidth() const;
     int colLineWidth() const;
 

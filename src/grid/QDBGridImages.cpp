@@ -46,14 +46,18 @@ QImage LoadDensityBitmap(const QString &name, int ppi)
     return image;
 }
 
-TGridImageList TGridImageList::FromStrip(const QImage &strip)
+TGridImageList TGridImageList::FromStrip(const QImage &strip, qreal ratio)
 {
     TGridImageList list;
     list.size_ = strip.height();
+    list.ratio_ = ratio > 0 ? ratio : 1.0;
     if (list.size_ <= 0)
         return list;
-    for (int x = 0; x + list.size_ <= strip.width(); x += list.size_)
-        list.images_.append(QPixmap::fromImage(strip.copy(x, 0, list.size_, list.size_)));
+    for (int x = 0; x + list.size_ <= strip.width(); x += list.size_) {
+        QPixmap image = QPixmap::fromImage(strip.copy(x, 0, list.size_, list.size_));
+        image.setDevicePixelRatio(list.ratio_);
+        list.images_.append(image);
+    }
     return list;
 }
 

@@ -28,17 +28,24 @@ QImage LoadDensityBitmap(const QString &name, int ppi);
 class TGridImageList
 {
 public:
-    static TGridImageList FromStrip(const QImage &strip);
-    static TGridImageList Load(const QString &name, int ppi) { return FromStrip(LoadDensityBitmap(name, ppi)); }
+    // The images are `ratio` device pixels per widget pixel.
+    static TGridImageList FromStrip(const QImage &strip, qreal ratio = 1.0);
+    static TGridImageList Load(const QString &name, int ppi)
+    {
+        return FromStrip(LoadDensityBitmap(name, ppi), ppi / 96.0);
+    }
 
     int Count() const { return int(images_.size()); }
-    int Size() const { return size_; }
+    // The side of an image in widget pixels, and in device pixels.
+    int Size() const { return qRound(size_ / ratio_); }
+    int PixelSize() const { return size_; }
     const QPixmap &Image(int index) const { return images_.at(index); }
     void Draw(QPainter &painter, int x, int y, int index) const;
 
 private:
     QList<QPixmap> images_;
     int size_ = 0;
+    qreal ratio_ = 1.0;
 };
 
 // Makes the olive pixels (the bitmaps' transparent colour) transparent.

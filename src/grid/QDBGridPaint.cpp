@@ -1,4 +1,5 @@
-// Painting the data grid's cells: titles, the indicator and the data as text.
+// Painting the data grid's cells: the indicator, the data cells as their columns show them,
+// the blank row and the totals rows. The titles are painted with the lines (QDBGridTitles.cpp).
 
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
@@ -7,48 +8,60 @@
 
 namespace qdb {
 
-namespace {
-
-Qt::Alignment textAlignment(TAlignment a)
+Qt::Alignment HorizontalAlignment(TAlignment a, bool rightToLeft)
 {
     switch (a) {
-    case taRightJustify: return Qt::AlignRight | Qt::AlignVCenter;
-    case taCenter: return Qt::AlignHCenter | Qt::AlignVCenter;
-    default: return Qt::AlignLeft | Qt::AlignVCenter;
+    case taRightJustify: return rightToLeft ? Qt::AlignLeft : Qt::AlignRight;
+    case taCenter: return Qt::AlignHCenter;
+    default: return rightToLeft ? Qt::AlignRight : Qt::AlignLeft;
     }
 }
 
-} // namespace
+Qt::Alignment VerticalAlignment(TVAlignment a)
+{
+    switch (a) {
+    case tvTopJustify: return Qt::AlignTop;
+    case tvBottomJustify: return Qt::AlignBottom;
+    default: return Qt::AlignVCenter;
+    }
+}
+
+void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap)
+{
+    if (text.isEmpty() || rect.width() <= 0)
+        return;
+    if (wrap) {
+        painter.drawText(rect, int(alignment) | Qt::TextWordWrap, text);
+        return;
+    }
+    // One line: what does not fit ends in an ellipsis rather than being cut mid-letter.
+    const QFontMetrics fm = painter.fontMetrics();
+    const QString shown = fm.horizontalAdvance(text) > rect.width() ? fm.elidedText(text, Qt::ElideRight, rect.width()) : text;
+    painter.drawText(rect, int(alignment) | Qt::TextSingleLine, shown);
+}
 
 void TQCustomDBGrid::DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state)
 {
-    if (col < IndicatorOffset()) {
-        painter.fillRect(rect, palette().color(QPalette::Button));
-        if (row >= TitleOffset())
-            drawIndicatorCell(painter, row, rect);
-    } else if (row < TitleOffset()) {
-        drawTitleCell(painter, col, rect);
-    } else {
-        drawDataCell(painter, col, row, rect, state);
-    }
-}
-
-void TQCustomDBGrid::drawTitleCell(QPainter &painter, int col, const QRect &rect)
-{
-    painter.fillRect(rect, palette().color(QPalette::Button));
-    TQColumn *column = ColumnAt(col);
-    if (!column)
+    if (row < TitleOffset())
+        return; // the titles are painted as merged cells with the lines
+    const int bottom = RowCount() - d_->totalsCount;
+    if (row >= bottom) {
+        if (row > bottom)
+            drawTotalCell(painter, col, row, rect);
+        else
+            painter.fillRect(rect, col < IndicatorOffset() ? PaintColor(d_->fixedColor, palette().color(QPalette::Button))
+                                                           : PaintColor(d_->color, palette().color(QPalette::Base)));
         return;
-    TQColumnTitle *title = column->GetTitle();
-    painter.setFont(title->GetFont());
-    painter.setPen(palette().color(QPalette::ButtonText));
-    const int margin = d_->style->TitleColMargin;
-    painter.drawText(rect.adjusted(margin, 0, -margin, 0), int(textAlignment(title->GetAlignment())),
-                     title->GetCaption());
+    }
+    if (col < IndicatorOffset())
+        drawIndicatorCell(painter, row, rect);
+    else
+        drawDataCell(painter, col, row, rect, state);
 }
 
 void TQCustomDBGrid::drawIndicatorCell(QPainter &painter, int row, const QRect &rect)
 {
+    painter.fillRect(rect, PaintColor(d_->fixedColor, palette().color(QPalette::Button)));
     if (!DataLink()->Active() || row != Row() || DataSet()->IsEmpty())
         return;
     int image = 0;
@@ -68,27 +81,152 @@ QString TQCustomDBGrid::CellText(int col, int row) const
     TQColumn *column = ColumnAt(col);
     if (!column || !link->Active() || record < 0 || record >= link->RecordCount() || DataSet()->IsEmpty())
         return {};
-    const int saved = link->ActiveRecord();
-    link->SetActiveRecord(record);
-    const QString text = column->GetDisplayText(); // nothing for a column whose field is missing
-    link->SetActiveRecord(saved);
-    return text;
+    ActiveRecordScope scope(*link, record);
+    return column->GetDisplayText(); // nothing for a column whose field is missing
 }
 
 void TQCustomDBGrid::drawDataCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state)
 {
     TQGridDataLink *link = DataLink();
     const int record = row - TitleOffset();
-    const bool hasRecord = link->Active() && record < link->RecordCount() && !DataSet()->IsEmpty();
-    const bool selected = hasRecord && state.Contains(gdSelected) && (hasFocus() || GetOptions().Contains(dgAlwaysShowSelection));
-    const QPalette &pal = palette();
-    painter.fillRect(rect, selected ? pal.color(QPalette::Highlight) : pal.color(QPalette::Base));
     TQColumn *column = ColumnAt(col);
-    if (!hasRecord || !column)
+    const bool hasRecord = link->Active() && record < link->RecordCount() && !DataSet()->IsEmpty();
+    if (!hasRecord || !column) {
+        painter.fillRect(rect, PaintColor(d_->color, palette().color(QPalette::Base)));
         return;
+    }
+    const int current = link->ActiveRecord();
+    if (record == current && !d_->options.Contains(dgRowSelect))
+        state += gdRowSelected; // the current record's other cells show it too
+    ActiveRecordScope scope(*link, record);
+    DefaultDrawColumnCell(painter, rect, RawToDataColumn(col), column, state);
+}
+
+void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect, int, TQColumn *column,
+                                           TGridDrawState state)
+{
+    TQGridDataLink *link = DataLink();
+    TDataSet *ds = DataSet();
+    const QPalette &pal = palette();
+    const TGridDrawingOptions draw = d_->drawingOptions;
+    const bool showSelection = hasFocus() || d_->options.Contains(dgAlwaysShowSelection);
+
+    // Stripes follow the records' positions, so they stay with a record when the view scrolls.
+    QColor fill = column->GetColor();
+    if (draw.Contains(gdoStripedRows)) {
+        const int recNo = ds->RecNo(); // of the record being painted: the link points at it
+        const int position = recNo > 0 ? recNo - 1 : link->ActiveRecord();
+        if (position % 2 == 1)
+            fill = PaintColor(d_->stripeColor, DefaultStripeColor());
+    }
+    QColor text = isEnabled() ? pal.color(QPalette::Text) : pal.color(QPalette::Disabled, QPalette::Text);
+    const bool selectedCell = state.Contains(gdSelected) && showSelection;
+    if (selectedCell) {
+        fill = draw.Contains(gdoSelectedCell) ? PaintColor(d_->selectCellColor, DefaultSelectCellColor())
+                                              : pal.color(QPalette::Highlight);
+        text = draw.Contains(gdoHighlightText) ? PaintColor(d_->highlightText, DefaultHighlightText())
+                                               : pal.color(QPalette::HighlightedText);
+    } else if (state.Contains(gdRowSelected) && draw.Contains(gdoSelectedRow) && showSelection) {
+        fill = PaintColor(d_->selectRowColor, DefaultSelectRowColor());
+    }
+    painter.fillRect(rect, fill);
+
+    const bool rtl = layoutDirection() == Qt::RightToLeft && !column->GetSuppressRTL();
+    QRect area = rect.adjusted(2, 0, -2, 0);
+    TField *field = column->GetField();
+
+    if (column->GetExpandBox() && column->Expandable()) {
+        const int size = d_->expandBoxes.Size();
+        const int index = int(column->GetExpandBoxSize()) * 2 + (column->GetExpanded() ? 1 : 0);
+        const int x = rtl ? area.right() - size + 1 : area.left();
+        d_->expandBoxes.Draw(painter, x, rect.y() + (rect.height() - size) / 2, index);
+        area = rtl ? area.adjusted(0, 0, -(size + 2), 0) : area.adjusted(size + 2, 0, 0, 0);
+    }
+    if (column->GetCheckBox()) {
+        const int check = CheckBoxState(column);
+        if (check >= 0) {
+            const int size = d_->checkBoxes.Size();
+            const int index = int(column->GetCheckBoxKind()) * 3 + check;
+            int x = area.left() + (area.width() - size) / 2;
+            if (column->GetAlignment() == taLeftJustify)
+                x = rtl ? area.right() - size + 1 : area.left();
+            else if (column->GetAlignment() == taRightJustify)
+                x = rtl ? area.left() : area.right() - size + 1;
+            d_->checkBoxes.Draw(painter, x, rect.y() + (rect.height() - size) / 2, index);
+            return;
+        }
+    }
     painter.setFont(column->GetFont());
-    painter.setPen(selected ? pal.color(QPalette::HighlightedText) : pal.color(QPalette::Text));
-    painter.drawText(rect.adjusted(2, 0, -2, 0), int(textAlignment(column->GetAlignment())), CellText(col, row));
+    painter.setPen(text);
+    const Qt::Alignment alignment = HorizontalAlignment(column->GetAlignment(), rtl) | VerticalAlignment(column->GetVAlignment());
+    DrawCellText(painter, area, field || column->GetAutoNumber() ? column->GetDisplayText() : QString(), alignment,
+                 column->GetWordWrap() && d_->linesCount > 1);
+
+    if (state.Contains(gdFocused) && hasFocus() && d_->focusRect != frNone && !EditorMode()) {
+        QPen pen(d_->focusRect == frGray || d_->focusRect == frMild ? pal.color(QPalette::Mid) : text, 1, Qt::DotLine);
+        painter.setPen(pen);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(rect.adjusted(0, 0, -1, -1));
+    }
+}
+
+int TQCustomDBGrid::CheckBoxState(TQColumn *column) const
+{
+    TField *f = column->GetField();
+    if (!f)
+        return -1;
+    if (f->DataType() == ftBoolean)
+        return f->IsNull() ? 2 : f->AsBoolean() ? 1 : 0;
+    const QStringList values = column->GetCheckBoxValues().split(QLatin1Char(';'));
+    if (values.size() != 2)
+        return -1;
+    const QString text = f->Text();
+    return text == values[0] ? 1 : text == values[1] ? 0 : 2;
+}
+
+QString TQCustomDBGrid::TotalText(TQColumnTotalValue *total) const
+{
+    switch (total->GetTotalResult()) {
+    case trNone: return {};
+    case trCaption: return total->GetCaption();
+    default: break;
+    }
+    const Variant &value = total->Value();
+    if (value.IsClear())
+        return NullValueString();
+    return value.ToString();
+}
+
+TQColumnTotalValue *TQCustomDBGrid::TotalAt(TQColumn *column, int row) const
+{
+    int k = row - (RowCount() - d_->totalsCount) - 1;
+    if (!column || k < 0)
+        return nullptr;
+    if (k < d_->headerRows)
+        return column->GetTotalHeader();
+    k -= d_->headerRows;
+    if (k < d_->valueRows)
+        return k < column->GetTotalValues()->Count() ? column->GetTotalValues()->Items(k) : nullptr;
+    k -= d_->valueRows;
+    return k < d_->footerRows ? column->GetTotalFooter() : nullptr;
+}
+
+void TQCustomDBGrid::drawTotalCell(QPainter &painter, int col, int row, const QRect &rect)
+{
+    const QColor fixed = PaintColor(d_->fixedColor, palette().color(QPalette::Button));
+    TQColumn *column = ColumnAt(col);
+    TQColumnTotalValue *total = TotalAt(column, row);
+    if (!total || !total->GetVisible()) {
+        painter.fillRect(rect, fixed);
+        return;
+    }
+    painter.fillRect(rect, total->GetColor());
+    painter.setFont(total->GetFont());
+    painter.setPen(palette().color(QPalette::ButtonText));
+    const int margin = d_->style->TotalColMargin;
+    const bool rtl = layoutDirection() == Qt::RightToLeft && !column->GetSuppressRTL();
+    DrawCellText(painter, rect.adjusted(margin, 0, -margin, 0), TotalText(total),
+                 HorizontalAlignment(total->GetAlignment(), rtl) | VerticalAlignment(total->GetVAlignment()), false);
 }
 
 } // namespace qdb

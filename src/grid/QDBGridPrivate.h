@@ -4,6 +4,8 @@
 
 #include "QDBGrid.h"
 
+#include <QPainter>
+
 #include <memory>
 
 namespace qdb {
@@ -28,8 +30,49 @@ struct TQCustomDBGrid::Private
     int cancelling = 0;
     int positionLock = 0;
     TBookmark savedBookmark;
-    int totalsCount = 1; // the blank filler row; the totals rows come later
+    // The bottom band: the blank filler row, then header, values and footer totals rows.
+    int blankRows = 1;
+    int headerRows = 0;
+    int valueRows = 0;
+    int footerRows = 0;
+    int totalsCount = 1;
+    int titleRows = 1;
+    int totalRowHeight = 0;
+    int headerLineHeight = 0;
+    QList<TQColumn *> showing;
     TGridImageList indicators;
+    TGridImageList markers;
+    TGridImageList checkBoxes;
+    TGridImageList expandBoxes;
+    int imagesPPI = 0;
+    QFont headerFont;
+    bool headerFontAssigned = false;
+    int linesCount = 1;
+    int titleLinesCount = 1;
+    int headerLinesCount = 1;
+    int indicatorWidth = 0;
+    int fixedCols = 0;
+    int stretchWidthMin = -1;
+    int stretchWidthMax = -1;
+    int stretchRunning = 0;
+    int stretchBaseSum = 0;
+    int stretchWidthLeft = 0;
+    TColor color = clWindow;
+    TColor fixedColor = clBtnFace;
+    TColor dataColLineColor = clDefault;
+    TColor dataRowLineColor = clDefault;
+    TColor editorColor = clDefault;
+    TColor highlightText = clDefault;
+    TColor stripeColor = clDefault;
+    TColor selectionColor = clDefault;
+    TColor selectCellColor = clDefault;
+    TColor selectRowColor = clDefault;
+    TGridDrawingOptions drawingOptions{gdoHighlightText, gdoDataColLines, gdoDataRowLines, gdoSelectedCell,
+                                       gdoSelectedRow, gdoMultiSelected, gdoTotalSelected, gdoEditorColor};
+    TFixedStyle fixedStyle = fsDefault;
+    TFocusRect focusRect = frAuto;
+    TMarkerStyle markerStyle = msAuto;
+    TMarkerTransparent markerTransparent = mtAuto;
     bool settingActive = false; // the grid follows the data set, it does not move it
     bool updatingScrollBar = false;
     int savingColumns = 0;
@@ -44,5 +87,28 @@ struct TQCustomDBGrid::Private
     int typing = 0;
     TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
 };
+
+// Points the link at another record of its window for as long as it lives.
+class ActiveRecordScope
+{
+public:
+    ActiveRecordScope(TDataLink &link, int record) : link_(link), saved_(link.ActiveRecord())
+    {
+        link_.SetActiveRecord(record);
+    }
+    ~ActiveRecordScope() { link_.SetActiveRecord(saved_); }
+    ActiveRecordScope(const ActiveRecordScope &) = delete;
+    ActiveRecordScope &operator=(const ActiveRecordScope &) = delete;
+
+private:
+    TDataLink &link_;
+    int saved_;
+};
+
+// Text and alignment helpers shared by the cell painters.
+Qt::Alignment HorizontalAlignment(TAlignment a, bool rightToLeft);
+Qt::Alignment VerticalAlignment(TVAlignment a);
+// Draws text in a cell: wrapped, or on one line ending in an ellipsis when it does not fit.
+void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap);
 
 } // namespace qdb

@@ -88,17 +88,6 @@ void TQCustomDBGrid::UpdateData()
     d_->editColumn = -1;
 }
 
-void TQCustomDBGrid::layoutBlankRow()
-{
-    const int last = RowCount() - 1;
-    if (last < FixedRows())
-        return;
-    int used = RowAxis().FixedExtent();
-    for (int r = FixedRows(); r < last; ++r)
-        used += RowHeights(r) + GridLineWidth();
-    RowAxis().SetSize(last, qMax(0, viewport()->height() - used - GridLineWidth()));
-}
-
 void TQCustomDBGrid::UpdateRowCount()
 {
     const int title = TitleOffset();
@@ -112,18 +101,20 @@ void TQCustomDBGrid::UpdateRowCount()
     TDataSet *ds = DataSet();
     if (!link->Active() || !ds || ds->IsEmpty()) {
         SetRowCount(title + totals + 1);
-        for (int r = title; r < RowCount(); ++r)
-            RowAxis().SetSize(r, DefaultRowHeight());
+        RowAxis().SetSize(title, DefaultRowHeight());
     } else {
+        // No stale heights of bottom rows stay among the data rows.
         for (int r = title; r < RowCount(); ++r)
             RowAxis().SetSize(r, DefaultRowHeight());
-        SetRowCount(1000);
-        link->SetBufferCount(qMax(1, VisibleRowCount()));
+        const int room = viewport()->height() - GetTitleHeight() - GetTotalHeight();
+        link->SetBufferCount(qMax(1, room / GetRowHeight()));
         SetRowCount(link->RecordCount() + title + totals);
+        for (int r = title; r < RowCount(); ++r)
+            RowAxis().SetSize(r, DefaultRowHeight());
         SetTopRow(FixedRows());
         UpdateActive();
     }
-    layoutBlankRow();
+    layoutBottomRows();
     EndUpdate();
     if (RowCount() != before)
         InvalidateGrid();

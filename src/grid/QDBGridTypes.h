@@ -91,11 +91,39 @@ enum TDialogOption { doShowColumn, doItemEnabled };
 Q_ENUM_NS(TDialogOption)
 enum TTotalType { ttNone, ttSum, ttCount, ttMax, ttMin, ttAverage, ttText, ttExpression, ttGrowExpression };
 Q_ENUM_NS(TTotalType)
+enum TTotalResult { trNone, trCaption, trDataField, trTotalField, trCalcValue };
+Q_ENUM_NS(TTotalResult)
+enum TCalcValue { cvSum, cvAvg, cvCount, cvMax, cvMin, cvFirst, cvLast, cvUnique, cvCustom };
+Q_ENUM_NS(TCalcValue)
+enum TCalcPass { cpReset, cpCalcRec, cpFinal };
+Q_ENUM_NS(TCalcPass)
+enum TCalcApply { caWholeDataSet, caSelectedRows, caBoth };
+Q_ENUM_NS(TCalcApply)
+enum TNullValue { nvExclude, nvInclude, nvAsZero };
+Q_ENUM_NS(TNullValue)
+enum TTotalBox { tbFalse, tbTrue, tbAuto };
+Q_ENUM_NS(TTotalBox)
 enum TQSettingsOption {
     soLoadLayout, soSaveLayout, soUserSettings, soStretchMode, soOrderFields, soLinesCount, soMultiSelect,
     soSelectedRow, soStripedRows, soAutoFilter, soFiltered, soFilters
 };
 Q_ENUM_NS(TQSettingsOption)
+enum TGridDrawingOption {
+    gdoHighlightText, gdoDataColLines, gdoDataRowLines, gdoSelectedCell, gdoSelectedRow, gdoMultiSelected,
+    gdoTotalSelected, gdoStripedRows, gdoEditorColor
+};
+Q_ENUM_NS(TGridDrawingOption)
+enum TFixedStyle { fsDefault, fsSoft, fsNice, fsFlat, fsGreat, fsGray, fsFine, fsMild };
+Q_ENUM_NS(TFixedStyle)
+enum TFocusRect { frAuto, frDefault, frGray, frMild, frNone };
+Q_ENUM_NS(TFocusRect)
+enum TMarkerStyle {
+    msAuto, msAutoGray, msDefault, msSoft, msRaisedDark, msRaisedGray, msRaisedMild, msLoweredDark, msLoweredGray,
+    msLoweredMild, msFlat, msGray, msMild
+};
+Q_ENUM_NS(TMarkerStyle)
+enum TMarkerTransparent { mtAuto, mtFalse, mtTrue };
+Q_ENUM_NS(TMarkerTransparent)
 } // namespace QDBGridTypes
 using namespace QDBGridTypes;
 
@@ -108,5 +136,6 @@ using TQPickOptions = Set<TQPickOption>;
 using TQListOptions = Set<TQListOption>;
 using TFilterStyles = Set<TFilterStyle>;
 using TQSettingsOptions = Set<TQSettingsOption>;
+using TGridDrawingOptions = Set<TGridDrawingOption>;
 
 } // namespace qdb

@@ -132,6 +132,8 @@ protected:
 
     GridAxis &RowAxis() { return rows_; }
     GridAxis &ColAxis() { return cols_; }
+    const GridAxis &RowAxis() const { return rows_; }
+    const GridAxis &ColAxis() const { return cols_; }
 
 private:
     void layoutChanged();

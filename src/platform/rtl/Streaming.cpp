@@ -220,6 +220,8 @@ QJsonObject WriteComponent(const QObject *object)
             if (auto *strings = qobject_cast<const TStrings *>(held)) {
                 json[name] = QJsonArray::fromStringList(strings->ToStringList());
             } else if (auto *collection = qobject_cast<const TCollection *>(held)) {
+                if (collection->Count() == 0 && collection->Owner() == object)
+                    continue; // an empty list of the object's own is its default
                 QJsonArray items;
                 for (int k = 0; k < collection->Count(); ++k)
                     items.append(WriteComponent(collection->Items(k)));

@@ -1,0 +1,134 @@
+#include "ExplorerWindow.h"
+
+#include "platform/rtl/Exceptions.h"
+
+#include <QAction>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QUrl>
+
+namespace explorer {
+
+using namespace qdb;
+
+ExplorerWindow::ExplorerWindow(QWidget *parent)
+    : QMainWindow(parent), grid_(new TQDBGrid), tables_(new QListWidget), counter_(new QLabel), location_(new QLabel)
+{
+    setWindowTitle(tr("Explorer"));
+    table_.SetConnection(&connection_);
+    source_.SetDataSet(&table_);
+    grid_->SetDataSource(&source_);
+    grid_->SetOptions(grid_->GetOptions() + dgAlwaysShowSelection);
+
+    auto *splitter = new QSplitter;
+    splitter->addWidget(tables_);
+    splitter->addWidget(grid_);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({180, 820});
+    setCentralWidget(splitter);
+    statusBar()->addWidget(location_, 1);
+    statusBar()->addPermanentWidget(counter_);
+
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    QAction *open = file->addAction(tr("&Open SQLite database..."), this, &ExplorerWindow::chooseFile);
+    open->setShortcut(QKeySequence::Open);
+    file->addSeparator();
+    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    connect(tables_, &QListWidget::currentTextChanged, this, [this](const QString &name) {
+        if (!name.isEmpty())
+            ShowTable(name);
+    });
+    source_.OnDataChange = [this](TObject *, TField *) { updateCounter(); };
+    source_.OnStateChange = [this](TObject *) { updateCounter(); };
+    resize(1000, 640);
+}
+
+ExplorerWindow::~ExplorerWindow()
+{
+    grid_->SetDataSource(nullptr);
+    source_.OnDataChange = nullptr;
+    source_.OnStateChange = nullptr;
+    table_.Close();
+}
+
+void ExplorerWindow::OpenDatabase(const QString &address)
+{
+    table_.Close();
+    connection_.Close();
+    connection_.SetConnectionString(address);
+    connection_.Open();
+    address_ = address;
+    location_->setText(address.startsWith(QLatin1String("postgres")) ? QUrl(address).toDisplayString(QUrl::RemovePassword)
+                                                                     : QFileInfo(address).absoluteFilePath());
+    const QSignalBlocker block(tables_);
+    tables_->clear();
+    tables_->addItems(Tables());
+    if (tables_->count() > 0)
+        tables_->setCurrentRow(0);
+    if (tables_->currentItem())
+        ShowTable(tables_->currentItem()->text());
+    updateCounter();
+}
+
+QStringList ExplorerWindow::Tables() const
+{
+    QStringList names = const_cast<TSQLConnection &>(connection_).Database().tables(QSql::Tables);
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
+bool ExplorerWindow::ShowTable(const QString &name)
+{
+    try {
+        table_.Close();
+        table_.SetTableName(name);
+        table_.Open();
+        setWindowTitle(tr("%1 - Explorer").arg(name));
+        updateCounter();
+        return true;
+    } catch (const Exception &e) {
+        showError(e.Message());
+        return false;
+    }
+}
+
+void ExplorerWindow::chooseFile()
+{
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open SQLite database"), QString(),
+                                                      tr("SQLite databases (*.db *.sqlite *.sqlite3);;All files (*)"));
+    if (path.isEmpty())
+        return;
+    try {
+        OpenDatabase(path);
+    } catch (const Exception &e) {
+        showError(e.Message());
+    }
+}
+
+void ExplorerWindow::updateCounter()
+{
+    if (!table_.Active()) {
+        counter_->clear();
+        return;
+    }
+    const int count = table_.RecordCount();
+    const int recNo = table_.RecNo();
+    counter_->setText(recNo > 0 ? tr("Record %1 of %2").arg(recNo).arg(count) : tr("%n record(s)", nullptr, count));
+}
+
+void ExplorerWindow::showError(const QString &text)
+{
+    statusBar()->showMessage(text, 10000);
+    if (isVisible())
+        QMessageBox::warning(this, windowTitle(), text);
+}
+
+} // namespace explorer

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "grid/QDBGrid.h"
+#include "platform/db/DataSource.h"
+#include "platform/sql/SQLConnection.h"
+#include "platform/sql/SQLDataSet.h"
+
+#include <QMainWindow>
+
+class QLabel;
+class QListWidget;
+
+namespace explorer {
+
+// The explorer's main window: the tables of a database on the left, the chosen one in a
+// data grid, and a record counter below.
+class ExplorerWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit ExplorerWindow(QWidget *parent = nullptr);
+    ~ExplorerWindow() override;
+
+    // Connects to an SQLite file or a postgresql:// address; throws the database's error.
+    void OpenDatabase(const QString &address);
+    // Shows a table of the open database; false (with the reason shown) when it cannot.
+    bool ShowTable(const QString &name);
+    QStringList Tables() const;
+    qdb::TQDBGrid *Grid() const { return grid_; }
+
+private:
+    void chooseFile();
+    void updateCounter();
+    void showError(const QString &text);
+
+    qdb::TSQLConnection connection_;
+    qdb::TSQLTable table_;
+    qdb::TDataSource source_;
+    qdb::TQDBGrid *grid_;
+    QListWidget *tables_;
+    QLabel *counter_;
+    QLabel *location_;
+    QString address_;
+};
+
+} // namespace explorer

@@ -1,0 +1,186 @@
+#pragma once
+
+// A column's totals sections: a header total above the list of total values and a footer
+// total below it. They are what the grid's bottom rows show; the calculation over the
+// records fills their values.
+
+#include "QDBGridTypes.h"
+
+#include "platform/db/FieldTypes.h"
+#include "platform/rtl/Collection.h"
+#include "platform/rtl/Variant.h"
+
+#include <QColor>
+#include <QFont>
+#include <QMenu>
+#include <QPointer>
+
+namespace qdb {
+
+class TQColumn;
+
+class TQColumnTotalValue : public TCollectionItem
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::DB::TAlignment Alignment READ GetAlignment WRITE SetAlignment)
+    Q_PROPERTY(qdb::QDBGridTypes::TCalcApply CalcApply READ GetCalcApply WRITE SetCalcApply)
+    Q_PROPERTY(qdb::QDBGridTypes::TCalcValue CalcValue READ GetCalcValue WRITE SetCalcValue)
+    Q_PROPERTY(QString Caption READ GetCaption WRITE SetCaption)
+    Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
+    Q_PROPERTY(QFont Font READ GetFont WRITE SetFont)
+    Q_PROPERTY(bool Ellipsis READ GetEllipsis WRITE SetEllipsis)
+    Q_PROPERTY(QString FieldName READ GetFieldName WRITE SetFieldName)
+    Q_PROPERTY(QString Format READ GetFormat WRITE SetFormat)
+    Q_PROPERTY(bool FormatAsFloat READ GetFormatAsFloat WRITE SetFormatAsFloat)
+    Q_PROPERTY(QString Hint READ GetHint WRITE SetHint)
+    Q_PROPERTY(int ImageIndex READ GetImageIndex WRITE SetImageIndex)
+    Q_PROPERTY(qdb::QDBGridTypes::TNullValue NullValue READ GetNullValue WRITE SetNullValue)
+    Q_PROPERTY(QMenu *PopupMenu READ GetPopupMenu WRITE SetPopupMenu)
+    Q_PROPERTY(qdb::QDBGridTypes::TTotalBox TotalBox READ GetTotalBox WRITE SetTotalBox)
+    Q_PROPERTY(int TotalRecNo READ GetTotalRecNo WRITE SetTotalRecNo)
+    Q_PROPERTY(qdb::QDBGridTypes::TTotalResult TotalResult READ GetTotalResult WRITE SetTotalResult)
+    Q_PROPERTY(qdb::QDBGridTypes::TVAlignment VAlignment READ GetVAlignment WRITE SetVAlignment)
+    Q_PROPERTY(bool Visible READ GetVisible WRITE SetVisible)
+    Q_PROPERTY(bool WordWrap READ GetWordWrap WRITE SetWordWrap)
+    Q_CLASSINFO("default:CalcApply", "caBoth")
+    Q_CLASSINFO("default:CalcValue", "cvSum")
+    Q_CLASSINFO("default:Caption", "")
+    Q_CLASSINFO("default:Ellipsis", "true")
+    Q_CLASSINFO("default:FieldName", "")
+    Q_CLASSINFO("default:Format", "")
+    Q_CLASSINFO("default:FormatAsFloat", "false")
+    Q_CLASSINFO("default:Hint", "")
+    Q_CLASSINFO("default:ImageIndex", "-1")
+    Q_CLASSINFO("default:NullValue", "nvExclude")
+    Q_CLASSINFO("default:TotalBox", "tbAuto")
+    Q_CLASSINFO("default:TotalRecNo", "1")
+    Q_CLASSINFO("default:TotalResult", "trCaption")
+    Q_CLASSINFO("default:VAlignment", "tvCenter")
+    Q_CLASSINFO("default:Visible", "true")
+    Q_CLASSINFO("default:WordWrap", "true")
+
+public:
+    explicit TQColumnTotalValue(TCollection *collection = nullptr);
+    // A header or footer section of a column, outside any collection.
+    explicit TQColumnTotalValue(TQColumn *column);
+
+    TQColumn *Column() const;
+
+    // Alignment, colour and font follow the column until assigned.
+    TAlignment GetAlignment() const;
+    void SetAlignment(TAlignment value);
+    Q_INVOKABLE bool IsAlignmentStored() const { return alignmentAssigned_; }
+    QColor GetColor() const;
+    void SetColor(const QColor &value);
+    Q_INVOKABLE bool IsColorStored() const { return color_.isValid(); }
+    QFont GetFont() const;
+    void SetFont(const QFont &value);
+    Q_INVOKABLE bool IsFontStored() const { return fontAssigned_; }
+
+    TCalcApply GetCalcApply() const { return calcApply_; }
+    void SetCalcApply(TCalcApply value) { assign(calcApply_, value); }
+    TCalcValue GetCalcValue() const { return calcValue_; }
+    void SetCalcValue(TCalcValue value) { assign(calcValue_, value); }
+    QString GetCaption() const { return caption_; }
+    void SetCaption(const QString &value) { assign(caption_, value); }
+    bool GetEllipsis() const { return ellipsis_; }
+    void SetEllipsis(bool value) { assign(ellipsis_, value); }
+    QString GetFieldName() const { return fieldName_; }
+    void SetFieldName(const QString &value) { assign(fieldName_, value); }
+    QString GetFormat() const { return format_; }
+    void SetFormat(const QString &value) { assign(format_, value); }
+    bool GetFormatAsFloat() const { return formatAsFloat_; }
+    void SetFormatAsFloat(bool value) { assign(formatAsFloat_, value); }
+    QString GetHint() const { return hint_; }
+    void SetHint(const QString &value) { hint_ = value; }
+    int GetImageIndex() const { return imageIndex_; }
+    void SetImageIndex(int value) { assign(imageIndex_, value); }
+    TNullValue GetNullValue() const { return nullValue_; }
+    void SetNullValue(TNullValue value) { assign(nullValue_, value); }
+    QMenu *GetPopupMenu() const { return popupMenu_; }
+    void SetPopupMenu(QMenu *menu) { popupMenu_ = menu; }
+    TTotalBox GetTotalBox() const { return totalBox_; }
+    void SetTotalBox(TTotalBox value) { assign(totalBox_, value); }
+    int GetTotalRecNo() const { return totalRecNo_; }
+    void SetTotalRecNo(int value) { assign(totalRecNo_, value); }
+    TTotalResult GetTotalResult() const { return totalResult_; }
+    void SetTotalResult(TTotalResult value) { assign(totalResult_, value); }
+    TVAlignment GetVAlignment() const { return vAlignment_; }
+    void SetVAlignment(TVAlignment value) { assign(vAlignment_, value); }
+    bool GetVisible() const { return visible_; }
+    void SetVisible(bool value) { assign(visible_, value); }
+    bool GetWordWrap() const { return wordWrap_; }
+    void SetWordWrap(bool value) { assign(wordWrap_, value); }
+
+    const Variant &Value() const { return value_; }
+    void SetValue(const Variant &value);
+
+private:
+    template<typename T>
+    void assign(T &member, const T &value)
+    {
+        if (member == value)
+            return;
+        member = value;
+        changed();
+    }
+    void changed();
+
+    TQColumn *column_ = nullptr; // the owner of a header or footer
+    TAlignment alignment_ = taLeftJustify;
+    bool alignmentAssigned_ = false;
+    QColor color_;
+    QFont font_;
+    bool fontAssigned_ = false;
+    TCalcApply calcApply_ = caBoth;
+    TCalcValue calcValue_ = cvSum;
+    QString caption_;
+    bool ellipsis_ = true;
+    QString fieldName_;
+    QString format_;
+    bool formatAsFloat_ = false;
+    QString hint_;
+    int imageIndex_ = -1;
+    TNullValue nullValue_ = nvExclude;
+    QPointer<QMenu> popupMenu_;
+    TTotalBox totalBox_ = tbAuto;
+    int totalRecNo_ = 1;
+    TTotalResult totalResult_ = trCaption;
+    TVAlignment vAlignment_ = tvCenter;
+    bool visible_ = true;
+    bool wordWrap_ = true;
+    Variant value_;
+};
+
+class TQColumnTotalHeader : public TQColumnTotalValue
+{
+    Q_OBJECT
+public:
+    using TQColumnTotalValue::TQColumnTotalValue;
+};
+
+class TQColumnTotalFooter : public TQColumnTotalValue
+{
+    Q_OBJECT
+public:
+    using TQColumnTotalValue::TQColumnTotalValue;
+};
+
+// The column's list of total values, one bottom row each.
+class TQColumnTotalValues : public TCollectionOf<TQColumnTotalValue>
+{
+    Q_OBJECT
+public:
+    explicit TQColumnTotalValues(TQColumn *column);
+    TQColumn *Column() const;
+
+protected:
+    void Update(TCollectionItem *item) override;
+};
+
+// The text of a null total, and the delay in milliseconds of delayed total updates; both
+// program-wide.
+QString &NullValueString();
+int &DelayInterval();
+
+} // namespace qdb
