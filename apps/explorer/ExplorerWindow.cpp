@@ -92,6 +92,10 @@ bool ExplorerWindow::ShowTable(const QString &name)
         table_.SetTableName(name);
         table_.Open();
         setWindowTitle(tr("%1 - Explorer").arg(name));
+        const QSignalBlocker block(tables_);
+        const QList<QListWidgetItem *> items = tables_->findItems(name, Qt::MatchFixedString);
+        if (!items.isEmpty())
+            tables_->setCurrentItem(items.first());
         updateCounter();
         return true;
     } catch (const Exception &e) {

@@ -202,15 +202,25 @@ void TQColumn::SetColor(const QColor &color)
 
 TQCustomDBGrid *TQColumn::GetGrid() const
 {
-    auto *columns = qobject_cast<TQDBGridColumns *>(Collection());
-    return columns ? columns->Grid() : nullptr;
+    // Painting asks for every cell: the cast is made again only when the column moves.
+    if (Collection() != gridCollection_) {
+        gridCollection_ = Collection();
+        auto *columns = qobject_cast<TQDBGridColumns *>(gridCollection_);
+        grid_ = columns ? columns->Grid() : nullptr;
+    }
+    return grid_;
 }
 
 TField *TQColumn::GetField() const
 {
     TQCustomDBGrid *grid = GetGrid();
     TDataSet *ds = grid ? grid->DataSet() : nullptr;
-    return ds && !fieldName_.isEmpty() ? ds->FindField(fieldName_) : nullptr;
+    if (!ds || fieldName_.isEmpty())
+        return nullptr;
+    // The field found last serves while it lives in the same data set.
+    if (!field_ || field_->DataSet() != ds)
+        field_ = ds->FindField(fieldName_);
+    return field_;
 }
 
 void TQColumn::changed()
@@ -223,6 +233,7 @@ void TQColumn::SetFieldName(const QString &name)
     if (fieldName_ == name)
         return;
     fieldName_ = name;
+    field_ = nullptr;
     Changed(true);
 }
 
@@ -569,6 +580,37 @@ void TQDBGridColumns::SetState(TDBGridColumnsState state)
     }
 }
 
+namespace {
+
+// The fields that default columns show, parents before their children.
+QStringList defaultFieldNames(TDataSet *ds)
+{
+    QStringList names;
+    std::function<void(TField *)> add = [&](TField *f) {
+        names << f->FullName();
+        if (f->DataType() == ftADT || f->DataType() == ftArray)
+            for (TField *child : static_cast<TObjectField *>(f)->Fields())
+                add(child);
+    };
+    for (TField *f : ds->Fields())
+        add(f);
+    return names;
+}
+
+} // namespace
+
+bool TQDBGridColumns::FitFields() const
+{
+    TDataSet *ds = grid_ ? grid_->DataSet() : nullptr;
+    if (!ds)
+        return Count() == 0;
+    QStringList shown;
+    for (TQColumn *c : *this)
+        if (!c->GetFieldName().isEmpty())
+            shown << c->GetFieldName();
+    return shown == defaultFieldNames(ds);
+}
+
 void TQDBGridColumns::RebuildColumns()
 {
     TDataSet *ds = grid_ ? grid_->DataSet() : nullptr;
@@ -579,16 +621,11 @@ void TQDBGridColumns::RebuildColumns()
     grid_->BeginLayout();
     try {
         Clear();
-        std::function<void(TField *)> add = [&](TField *f) {
+        for (const QString &name : defaultFieldNames(ds)) {
             TQColumn *c = Add();
-            c->SetFieldName(f->FullName());
+            c->SetFieldName(name);
             c->SetStored(false);
-            if (f->DataType() == ftADT || f->DataType() == ftArray)
-                for (TField *child : static_cast<TObjectField *>(f)->Fields())
-                    add(child);
-        };
-        for (TField *f : ds->Fields())
-            add(f);
+        }
         if (Count() > 0) {
             const TQDBGridOptionsExt ext = grid_->GetOptionsExt();
             if (ext.Contains(dgAutoExpandColumn))

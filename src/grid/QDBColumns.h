@@ -553,6 +553,9 @@ private:
     bool expanded_ = true;
     int widthBase_ = -1; // -1: the width
     int stretchWidth_ = -1; // the width the grid's stretching gave, -1: none
+    mutable TCollection *gridCollection_ = nullptr;
+    mutable TQCustomDBGrid *grid_ = nullptr;
+    mutable QPointer<TField> field_;
     TQColumnTitle *title_;
     TQColumnReport *report_;
     TQColumnTotalHeader *totalHeader_;
@@ -640,6 +643,8 @@ class TQDBGridColumns : public TCollectionOf<TQColumn>
 public:
     explicit TQDBGridColumns(TQCustomDBGrid *grid);
     TQCustomDBGrid *Grid() const { return grid_; }
+    // Whether the columns show the data set's fields as the grid's own columns would.
+    bool FitFields() const;
 
     // Customised when the last column is one the user made.
     TDBGridColumnsState State() const;

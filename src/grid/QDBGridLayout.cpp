@@ -75,7 +75,8 @@ void TQCustomDBGrid::InternalLayout()
     loadImages();
     d_->link->ClearMapping();
     if (d_->link->Active()) {
-        if (d_->columns->State() == csDefault && d_->columns->Count() == 0)
+        // The grid's own columns follow the fields: another table gets its own columns.
+        if (d_->columns->State() == csDefault && !d_->columns->FitFields())
             d_->columns->RebuildColumns();
         DefineFieldMap();
     }

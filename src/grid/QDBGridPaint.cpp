@@ -26,7 +26,24 @@ Qt::Alignment VerticalAlignment(TVAlignment a)
     }
 }
 
-void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap)
+QString TextFitCache::Fit(const QFontMetrics &fm, const QFont &font, const QString &text, int width)
+{
+    // Text short enough to fit whatever its letters is not measured.
+    if (qsizetype(fm.maxWidth()) * text.size() <= width)
+        return text;
+    if (font != font_ || fitted_.size() > 4096) {
+        fitted_.clear();
+        font_ = font;
+    }
+    const QPair<QString, int> key(text, width);
+    auto it = fitted_.constFind(key);
+    if (it == fitted_.cend())
+        it = fitted_.insert(key, fm.horizontalAdvance(text) <= width ? text : fm.elidedText(text, Qt::ElideRight, width));
+    return *it;
+}
+
+void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap,
+                  TextFitCache *cache)
 {
     if (text.isEmpty() || rect.width() <= 0)
         return;
@@ -36,7 +53,11 @@ void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt:
     }
     // One line: what does not fit ends in an ellipsis rather than being cut mid-letter.
     const QFontMetrics fm = painter.fontMetrics();
-    const QString shown = fm.horizontalAdvance(text) > rect.width() ? fm.elidedText(text, Qt::ElideRight, rect.width()) : text;
+    QString shown;
+    if (cache)
+        shown = cache->Fit(fm, painter.font(), text, rect.width());
+    else
+        shown = fm.horizontalAdvance(text) <= rect.width() ? text : fm.elidedText(text, Qt::ElideRight, rect.width());
     painter.drawText(rect, int(alignment) | Qt::TextSingleLine, shown);
 }
 
@@ -156,11 +177,13 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
             return;
         }
     }
-    painter.setFont(column->GetFont());
+    const QFont font = column->GetFont();
+    if (painter.font() != font)
+        painter.setFont(font);
     painter.setPen(text);
     const Qt::Alignment alignment = HorizontalAlignment(column->GetAlignment(), rtl) | VerticalAlignment(column->GetVAlignment());
     DrawCellText(painter, area, field || column->GetAutoNumber() ? column->GetDisplayText() : QString(), alignment,
-                 column->GetWordWrap() && d_->linesCount > 1);
+                 column->GetWordWrap() && d_->linesCount > 1, &d_->textFit);
 
     if (state.Contains(gdFocused) && hasFocus() && d_->focusRect != frNone && !EditorMode()) {
         QPen pen(d_->focusRect == frGray || d_->focusRect == frMild ? pal.color(QPalette::Mid) : text, 1, Qt::DotLine);

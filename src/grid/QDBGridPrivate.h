@@ -4,11 +4,25 @@
 
 #include "QDBGrid.h"
 
+#include <QFontMetrics>
+#include <QHash>
 #include <QPainter>
 
 #include <memory>
 
 namespace qdb {
+
+// The one-line forms of cell texts in one font: what fits a width, or its elided form.
+// Shaping text dominates painting, and a grid repaints the same texts again and again.
+class TextFitCache
+{
+public:
+    QString Fit(const QFontMetrics &fm, const QFont &font, const QString &text, int width);
+
+private:
+    QFont font_;
+    QHash<QPair<QString, int>, QString> fitted_;
+};
 
 struct TQCustomDBGrid::Private
 {
@@ -86,6 +100,7 @@ struct TQCustomDBGrid::Private
     int editColumn = -1;
     int typing = 0;
     TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
+    TextFitCache textFit;
 };
 
 // Points the link at another record of its window for as long as it lives.
@@ -109,6 +124,7 @@ private:
 Qt::Alignment HorizontalAlignment(TAlignment a, bool rightToLeft);
 Qt::Alignment VerticalAlignment(TVAlignment a);
 // Draws text in a cell: wrapped, or on one line ending in an ellipsis when it does not fit.
-void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap);
+void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap,
+                  TextFitCache *cache = nullptr);
 
 } // namespace qdb

@@ -242,3 +242,26 @@ TEST_F(DBGridLayout, ADraggedWidthBecomesTheWeightThatYieldsIt)
     EXPECT_EQ(after[0] + after[1], 200); // still filling the client width
     EXPECT_GT(after[0], after[1]);
 }
+
+TEST_F(DBGridLayout, TheGridsOwnColumnsFollowAnotherDataSet)
+{
+    TMemTable other;
+    other.FieldDefs().Add(QStringLiteral("Code"), ftString, 8);
+    other.FieldDefs().Add(QStringLiteral("Weight"), ftFloat);
+    other.CreateDataSet();
+    other.AppendRecord({QStringLiteral("A1"), 2.5});
+    grid.GetColumns()->Items(1)->SetCheckBox(true); // kept while the fields stay the same
+    grid.SetOptions(grid.GetOptions() - dgRowLines);
+    EXPECT_TRUE(grid.GetColumns()->Items(1)->GetCheckBox());
+
+    source.SetDataSet(&other);
+    ASSERT_EQ(grid.GetColumns()->Count(), 2);
+    EXPECT_EQ(grid.GetColumns()->Items(0)->GetFieldName(), QStringLiteral("Code"));
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(1), grid.TitleOffset()), QStringLiteral("2.5"));
+
+    // Columns of the user's own stay as they are.
+    ownColumns({"Weight"});
+    source.SetDataSet(table.get());
+    ASSERT_EQ(grid.GetColumns()->Count(), 1);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), grid.TitleOffset()), QString()); // no such field here
+}

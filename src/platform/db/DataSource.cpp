@@ -22,8 +22,13 @@ void TDataSource::SetDataSet(TDataSet *dataSet)
 {
     if (dataSet_ == dataSet)
         return;
-    if (dataSet_)
+    // The links let go of the old data set before they meet the new one, as when it closes
+    // and another opens.
+    if (dataSet_) {
         dataSet_->removeDataSource(this);
+        dataSet_ = nullptr;
+        updateState();
+    }
     dataSet_ = dataSet;
     if (dataSet_)
         dataSet_->addDataSource(this);
