@@ -55,6 +55,23 @@ void TQColumn::ToggleCheckBoxValue()
         f->SetText(f->Text() == values[0] ? values[1] : values[0]);
 }
 
+int TQColumn::ImageIndex() const
+{
+    if (!images_)
+        return -1;
+    TField *f = GetField();
+    int index = -1;
+    if (f && !f->IsNull()) {
+        bool ok = false;
+        index = f->AsString().toInt(&ok);
+        if (!ok)
+            index = -1; // a value that is no number shows no image
+    }
+    if (OnCalcImageIndex)
+        OnCalcImageIndex(const_cast<TQColumn *>(this), index);
+    return index;
+}
+
 int TQColumn::OptimalWidth() const
 {
     TQCustomDBGrid *grid = GetGrid();

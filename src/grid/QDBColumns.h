@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QDBColumnTotals.h"
+#include "QDBGridImages.h"
 #include "QDBGridTypes.h"
 
 #include "platform/db/DataSet.h"
@@ -236,6 +237,7 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(QString Hint READ GetHint WRITE SetHint)
     Q_PROPERTY(qdb::QDBGridTypes::TImageDraw ImageDraw READ GetImageDraw WRITE SetImageDraw)
     Q_PROPERTY(int ImageMargin READ GetImageMargin WRITE SetImageMargin)
+    Q_PROPERTY(qdb::TImageList *Images READ GetImages WRITE SetImages)
     Q_PROPERTY(int ImageOffsetX READ GetImageOffsetX WRITE SetImageOffsetX)
     Q_PROPERTY(int ImageOffsetY READ GetImageOffsetY WRITE SetImageOffsetY)
     Q_PROPERTY(qdb::TQListOptions ListOptions READ GetListOptions WRITE SetListOptions)
@@ -443,6 +445,17 @@ public:
     void SetHint(const QString &value) { assign(hint_, value); }
     TImageDraw GetImageDraw() const { return imageDraw_; }
     void SetImageDraw(TImageDraw value) { assign(imageDraw_, value); }
+    // The images the column's cells show; the list belongs to the application.
+    TImageList *GetImages() const { return images_; }
+    void SetImages(TImageList *images)
+    {
+        images_ = images;
+        changed();
+    }
+    // The image of the current record: the field's value as a number unless the
+    // application says otherwise in OnCalcImageIndex; -1 shows none.
+    int ImageIndex() const;
+    std::function<void(TQColumn *sender, int &index)> OnCalcImageIndex;
     int GetImageMargin() const { return imageMargin_; }
     void SetImageMargin(int value) { assign(imageMargin_, value); }
     int GetImageOffsetX() const { return imageOffsetX_; }
@@ -601,6 +614,7 @@ private:
     TQColumnExpandStyle expandStyle_ = cesAuto;
     QString filterText_;
     QString hint_;
+    QPointer<TImageList> images_;
     TImageDraw imageDraw_ = idCenter;
     int imageMargin_ = 0;
     int imageOffsetX_ = 0;

@@ -343,6 +343,9 @@ private:
     void drawIndicatorCell(QPainter &painter, int row, const QRect &rect);
     void drawDataCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state);
     void drawTotalCell(QPainter &painter, int col, int row, const QRect &rect);
+    // Draws the column's image in the cell's area; true when the text goes beside it, in
+    // what is left of the area.
+    bool drawColumnImage(QPainter &painter, QRect &area, TQColumn *column, const QPixmap &image, bool rtl);
     void drawTitles(QPainter &painter, const QRect &exposed);
     void layoutBottomRows();
     void layoutTitleRows();

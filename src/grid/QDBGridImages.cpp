@@ -61,6 +61,22 @@ TGridImageList TGridImageList::FromStrip(const QImage &strip, qreal ratio)
     return list;
 }
 
+void TGridImageList::Append(const QPixmap &image)
+{
+    if (images_.isEmpty()) {
+        ratio_ = image.devicePixelRatio();
+        size_ = image.height();
+    }
+    images_.append(image);
+}
+
+void TImageList::AddStrip(const QImage &strip)
+{
+    const TGridImageList cut = TGridImageList::FromStrip(strip, strip.devicePixelRatio());
+    for (int i = 0; i < cut.Count(); ++i)
+        list_.Append(cut.Image(i));
+}
+
 void TGridImageList::Draw(QPainter &painter, int x, int y, int index) const
 {
     if (index >= 0 && index < images_.size())

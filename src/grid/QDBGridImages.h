@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QList>
+#include <QObject>
 #include <QPixmap>
 #include <QString>
 
@@ -41,11 +42,31 @@ public:
     int PixelSize() const { return size_; }
     const QPixmap &Image(int index) const { return images_.at(index); }
     void Draw(QPainter &painter, int x, int y, int index) const;
+    // Adds an image; the list takes the size of its first one.
+    void Append(const QPixmap &image);
 
 private:
     QList<QPixmap> images_;
     int size_ = 0;
     qreal ratio_ = 1.0;
+};
+
+// An application's image list, as columns and totals refer to one: images by index.
+class TImageList : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+    int Count() const { return list_.Count(); }
+    int Size() const { return list_.Size(); }
+    const QPixmap &Image(int index) const { return list_.Image(index); }
+    void Add(const QPixmap &image) { list_.Append(image); }
+    // Adds the square images of a strip, each as high as the strip.
+    void AddStrip(const QImage &strip);
+    void Draw(QPainter &painter, int x, int y, int index) const { list_.Draw(painter, x, y, index); }
+
+private:
+    TGridImageList list_;
 };
 
 // Makes the olive pixels (the bitmaps' transparent colour) transparent.

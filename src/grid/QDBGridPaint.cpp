@@ -163,6 +163,14 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
         d_->expandBoxes.Draw(painter, x, rect.y() + (rect.height() - size) / 2, index);
         area = rtl ? area.adjusted(0, 0, -(size + 2), 0) : area.adjusted(size + 2, 0, 0, 0);
     }
+    if (TImageList *images = column->GetImages()) {
+        const int index = column->ImageIndex();
+        if (index >= 0 && index < images->Count()) {
+            const bool textBeside = drawColumnImage(painter, area, column, images->Image(index), rtl);
+            if (!textBeside)
+                return;
+        }
+    }
     if (column->GetCheckBox()) {
         const int check = CheckBoxState(column);
         if (check >= 0) {
@@ -190,6 +198,44 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
         painter.setPen(pen);
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(rect.adjusted(0, 0, -1, -1));
+    }
+}
+
+bool TQCustomDBGrid::drawColumnImage(QPainter &painter, QRect &area, TQColumn *column, const QPixmap &image, bool rtl)
+{
+    const QSize size = image.deviceIndependentSize().toSize();
+    const QRect inner = area.adjusted(column->GetImageMargin(), column->GetImageMargin(), -column->GetImageMargin(),
+                                      -column->GetImageMargin());
+    const QPoint offset(column->GetImageOffsetX(), column->GetImageOffsetY());
+    const int y = inner.top() + (inner.height() - size.height()) / 2 + offset.y();
+    switch (column->GetImageDraw()) {
+    case idAlignment:
+    case idOpposite: {
+        // Beside the text: on the side the text keeps to, or on the other one.
+        const bool rightSide = (column->GetAlignment() == taRightJustify) != rtl;
+        const bool right = column->GetImageDraw() == idAlignment ? rightSide : !rightSide;
+        const int x = right ? inner.right() - size.width() + 1 - offset.x() : inner.left() + offset.x();
+        painter.drawPixmap(x, y, image);
+        const int taken = size.width() + 2 * column->GetImageMargin() + 2;
+        area = right ? area.adjusted(0, 0, -taken, 0) : area.adjusted(taken, 0, 0, 0);
+        return true;
+    }
+    case idCenter:
+        painter.drawPixmap(inner.left() + (inner.width() - size.width()) / 2 + offset.x(), y, image);
+        return false;
+    case idScaled: {
+        const QSize fitted = size.scaled(inner.size(), Qt::KeepAspectRatio);
+        painter.drawPixmap(QRect(inner.left() + (inner.width() - fitted.width()) / 2,
+                                 inner.top() + (inner.height() - fitted.height()) / 2, fitted.width(), fitted.height()),
+                           image);
+        return false;
+    }
+    case idStretch:
+        painter.drawPixmap(inner, image);
+        return false;
+    default: // the tiled kinds fill the cell with copies
+        painter.drawTiledPixmap(inner, image, -offset);
+        return false;
     }
 }
 

@@ -188,3 +188,31 @@ TEST_F(DBGridPaint, TotalsRowsShowTheirCaptions)
     EXPECT_EQ(grid.TotalText(qty->GetTotalFooter()), QStringLiteral("n/a")); // nothing calculated yet
     NullValueString().clear();
 }
+
+TEST_F(DBGridPaint, ColumnImagesComeFromTheFieldOrTheApplication)
+{
+    TImageList images;
+    for (Qt::GlobalColor color : {Qt::red, Qt::blue}) {
+        QPixmap image(10, 10);
+        image.fill(color);
+        images.Add(image);
+    }
+    TQColumn *qty = grid.GetColumns()->Items(2); // 1, 2, 3, ...
+    qty->SetImages(&images);
+    auto cell = [&](int record) { return grid.CellRect(grid.DataToRawColumn(2), firstRow() + record); };
+    QImage shot = Shot(grid);
+    EXPECT_EQ(shot.pixelColor(cell(0).center()), QColor(Qt::blue)); // Qty 1: the second image
+    EXPECT_EQ(shot.pixelColor(cell(1).center()), QColor(Qt::white)); // Qty 2: no such image
+    EXPECT_TRUE(SameColor(shot.pixelColor(cell(2).center()), QColor(Qt::white)));
+
+    qty->OnCalcImageIndex = [](TQColumn *, int &index) { index %= 2; };
+    qty->SetImageDraw(idAlignment); // beside the text, on the side it keeps to
+    shot = Shot(grid);
+    const QRect second = cell(1).adjusted(2, 0, -2, 0);
+    EXPECT_EQ(shot.pixelColor(second.right() - 4, second.center().y()), QColor(Qt::red));
+    EXPECT_EQ(shot.pixelColor(second.left() + 4, second.center().y()), QColor(Qt::white));
+    qty->SetImageDraw(idOpposite);
+    shot = Shot(grid);
+    EXPECT_EQ(shot.pixelColor(second.left() + 4, second.center().y()), QColor(Qt::red));
+    qty->OnCalcImageIndex = nullptr;
+}
