@@ -344,8 +344,10 @@ void TQColumn::SetWidth(int width)
         const int c = fm.horizontalAdvance(QLatin1Char('0'));
         const int avg = qMax(1, fm.averageCharWidth());
         field->SetDisplayWidth(qMax(0, c > 0 ? (width + c / 2 - 4) / c : (width + avg / 2 - 3) / avg));
-        if (!assigned_.Contains(cvWidth))
+        if (!assigned_.Contains(cvWidth)) {
+            Synchronize();
             return;
+        }
     }
     if (widthMin_ != -1 && width < widthMin_)
         width = widthMin_;
@@ -369,6 +371,7 @@ void TQColumn::SetWidth(int width)
     changed();
     if (grid && grid->StretchActive())
         grid->StretchGrid(); // the others give or take the difference
+    Synchronize();
 }
 
 int TQColumn::GetWidthBase() const
@@ -382,6 +385,50 @@ void TQColumn::SetWidthBase(int width)
 {
     SetWidth(width);
     widthBase_ = qMax(0, width);
+}
+
+TImeMode TQColumn::DefaultImeMode() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    return grid ? grid->GetImeMode() : imDontCare;
+}
+
+TImeMode TQColumn::GetImeMode() const
+{
+    return assigned_.Contains(cvImeMode) ? imeMode_ : DefaultImeMode();
+}
+
+void TQColumn::SetImeMode(TImeMode mode)
+{
+    imeMode_ = mode;
+    assigned_ += cvImeMode;
+}
+
+QString TQColumn::DefaultImeName() const
+{
+    TQCustomDBGrid *grid = GetGrid();
+    return grid ? grid->GetImeName() : QString();
+}
+
+QString TQColumn::GetImeName() const
+{
+    return assigned_.Contains(cvImeName) ? imeName_ : DefaultImeName();
+}
+
+void TQColumn::SetImeName(const QString &name)
+{
+    imeName_ = name;
+    assigned_ += cvImeName;
+}
+
+void TQColumn::Synchronize()
+{
+    TQCustomDBGrid *grid = GetGrid();
+    if (!grid || fieldName_.isEmpty())
+        return;
+    for (TQCustomDBGrid *slave : grid->SlaveGrids())
+        if (TQColumn *theirs = slave->GetColumns()->FindColumn(fieldName_); theirs && theirs->GetWidth() != GetWidth())
+            theirs->SetWidth(GetWidth());
 }
 
 TAlignment TQColumn::DefaultAlignment() const

@@ -199,6 +199,8 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(qdb::TQColumnTotalFooter *TotalFooter READ GetTotalFooter)
     Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
     Q_PROPERTY(qdb::TStrings *FilterList READ GetFilterList)
+    Q_PROPERTY(qdb::QDBGridTypes::TImeMode ImeMode READ GetImeMode WRITE SetImeMode)
+    Q_PROPERTY(QString ImeName READ GetImeName WRITE SetImeName)
     Q_PROPERTY(QMenu *DropDownMenu READ GetDropDownMenu WRITE SetDropDownMenu)
     Q_PROPERTY(QMenu *PopupMenu READ GetPopupMenu WRITE SetPopupMenu)
     Q_PROPERTY(qdb::TDataSet *LookupDataSet READ GetLookupDataSet WRITE SetLookupDataSet)
@@ -342,6 +344,15 @@ public:
     // True only for an expandable column whose expanded flag is set.
     bool GetExpanded() const;
     void SetExpanded(bool on);
+    // The cell editor's input method; the grid's until assigned.
+    TImeMode DefaultImeMode() const;
+    TImeMode GetImeMode() const;
+    void SetImeMode(TImeMode mode);
+    Q_INVOKABLE bool IsImeModeStored() const { return assigned_.Contains(cvImeMode); }
+    QString DefaultImeName() const;
+    QString GetImeName() const;
+    void SetImeName(const QString &name);
+    Q_INVOKABLE bool IsImeNameStored() const { return assigned_.Contains(cvImeName); }
     TQColumnTitle *GetTitle() const { return title_; }
     TQColumnReport *GetReport() const { return report_; }
     TQColumnTotalHeader *GetTotalHeader() const { return totalHeader_; }
@@ -502,6 +513,9 @@ public:
     void SetWordWrap(bool value) { assign(wordWrap_, value); }
     // The column's weight when the grid stretches its columns; while it does not, the width
     // follows it.
+    // Gives the column's width to the columns of the same field in the grids that follow
+    // this column's grid.
+    void Synchronize();
     int GetWidthBase() const;
     void SetWidthBase(int width);
     // The width a stretch pass gives; shown instead of the own width while stretching is on.
@@ -615,6 +629,8 @@ private:
     QString filterText_;
     QString hint_;
     QPointer<TImageList> images_;
+    TImeMode imeMode_ = imDontCare;
+    QString imeName_;
     TImageDraw imageDraw_ = idCenter;
     int imageMargin_ = 0;
     int imageOffsetX_ = 0;

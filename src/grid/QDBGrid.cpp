@@ -21,6 +21,9 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
 
 TQCustomDBGrid::~TQCustomDBGrid()
 {
+    SetMasterGrid(nullptr);
+    for (TQCustomDBGrid *slave : SlaveGrids())
+        slave->d_->master = nullptr;
     d_->link->SetDataSource(nullptr);
 }
 

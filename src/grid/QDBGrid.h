@@ -108,6 +108,9 @@ class TQCustomDBGrid : public TCustomGrid
     Q_PROPERTY(qdb::QDBGridTypes::TFocusRect FocusRect READ GetFocusRect WRITE SetFocusRect)
     Q_PROPERTY(qdb::QDBGridTypes::TMarkerStyle MarkerStyle READ GetMarkerStyle WRITE SetMarkerStyle)
     Q_PROPERTY(qdb::QDBGridTypes::TMarkerTransparent MarkerTransparent READ GetMarkerTransparent WRITE SetMarkerTransparent)
+    Q_PROPERTY(qdb::QDBGridTypes::TImeMode ImeMode READ GetImeMode WRITE SetImeMode)
+    Q_PROPERTY(QString ImeName READ GetImeName WRITE SetImeName)
+    Q_PROPERTY(qdb::TQCustomDBGrid *MasterGrid READ GetMasterGrid WRITE SetMasterGrid)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -144,6 +147,16 @@ public:
     void SetWheelScrollRows(int rows);
     // Ctrl: one row, Shift: a window, else the setting above.
     int MouseWheelScrollRows(Qt::KeyboardModifiers modifiers) const;
+
+    // A grid that follows another: its columns take the widths of the master's columns of
+    // the same fields, and it scrolls sideways with it. A master that would end up
+    // following itself is refused.
+    TQCustomDBGrid *GetMasterGrid() const;
+    void SetMasterGrid(TQCustomDBGrid *master);
+    // Takes the master's widths and horizontal position.
+    void SynchronizeWithMaster();
+    // The grids that follow this one.
+    QList<TQCustomDBGrid *> SlaveGrids() const;
 
     // ---- look ----
     QFont GetHeaderFont() const;
@@ -193,6 +206,11 @@ public:
     void SetMarkerStyle(TMarkerStyle style);
     TMarkerTransparent GetMarkerTransparent() const;
     void SetMarkerTransparent(TMarkerTransparent value);
+    // The input method of the cell editor, for columns without their own.
+    TImeMode GetImeMode() const;
+    void SetImeMode(TImeMode mode);
+    QString GetImeName() const;
+    void SetImeName(const QString &name);
     QColor DefaultDataLineColor() const;
     QColor DefaultEditorColor() const;
     QColor DefaultHighlightText() const;
@@ -242,6 +260,18 @@ public:
     int RecNumber() const;
     int RecCount() const;
     bool KeepPosition() const { return !GetKeyFields().isEmpty(); }
+    // The grid numbers the records itself (a forced sequence) when the data set cannot, or
+    // the application asks: `count` records, the current one numbered from the data set's
+    // position; a negative count hands the numbering back to the data set.
+    void SetupRecNumber(int count);
+    bool ForcedSequence() const;
+    // The scroll modes in force: grid mode moves the window and keeps the current row in
+    // place, page mode turns wheel steps into pages, rows mode moves directly.
+    bool GridMode() const;
+    bool PageMode() const;
+    bool RowsMode() const;
+    // Whether the data rows are striped: such rows are repainted rather than moved.
+    bool StripesOn() const;
 
     // ---- the record window ----
     void LinkActive(bool value);
@@ -332,7 +362,9 @@ protected:
     QString GetEditText(int col, int row) const override;
     void SetEditText(int col, int row, const QString &text) override;
     bool AcceptEditText() override;
+    void PrepareEditor(QWidget *editor) override;
     void UpdateScrollBars() override;
+    void TopLeftChanged() override;
     void ColWidthsChanged() override;
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -352,6 +384,7 @@ private:
     void clampFixedCols();
     int textHeight(const QFont &font) const;
     void loadImages();
+    void moveSequence(int by);
     int rowLineWidth() const;
     int colLineWidth() const;
 

@@ -109,7 +109,7 @@ int TQCustomDBGrid::MouseWheelScrollRows(Qt::KeyboardModifiers modifiers) const
 {
     if (modifiers.testFlag(Qt::ControlModifier))
         return 1;
-    if (modifiers.testFlag(Qt::ShiftModifier))
+    if (modifiers.testFlag(Qt::ShiftModifier) || PageMode())
         return qMax(1, VisibleRowCount());
     if (d_->wheelScrollRows >= 1)
         return d_->wheelScrollRows;
@@ -136,7 +136,7 @@ void TQCustomDBGrid::wheelEvent(QWheelEvent *event)
                 ds->Cancel();
             return;
         }
-        MoveBy(-steps * MouseWheelScrollRows(event->modifiers()), GetOptionsExt().Contains(dgScrollRowsMode));
+        MoveBy(-steps * MouseWheelScrollRows(event->modifiers()), RowsMode());
     });
 }
 

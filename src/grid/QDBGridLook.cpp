@@ -141,6 +141,22 @@ void TQCustomDBGrid::SetMarkerTransparent(TMarkerTransparent value)
         InvalidateGrid();
 }
 
+TImeMode TQCustomDBGrid::GetImeMode() const { return d_->imeMode; }
+void TQCustomDBGrid::SetImeMode(TImeMode mode) { d_->imeMode = mode; }
+QString TQCustomDBGrid::GetImeName() const { return d_->imeName; }
+void TQCustomDBGrid::SetImeName(const QString &name) { d_->imeName = name; }
+
+void TQCustomDBGrid::PrepareEditor(QWidget *editor)
+{
+    QPalette pal = palette();
+    if (d_->drawingOptions.Contains(gdoEditorColor))
+        pal.setColor(QPalette::Base, PaintColor(d_->editorColor, DefaultEditorColor()));
+    editor->setPalette(pal);
+    TQColumn *column = ColumnAt(Col());
+    const TImeMode ime = column ? column->GetImeMode() : d_->imeMode;
+    editor->setAttribute(Qt::WA_InputMethodEnabled, ime != imDisable && ime != imClose);
+}
+
 QColor TQCustomDBGrid::PaintColor(TColor color, const QColor &computed) const
 {
     const QColor own = ColorToQColor(color, palette());

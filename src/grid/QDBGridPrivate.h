@@ -7,6 +7,7 @@
 #include <QFontMetrics>
 #include <QHash>
 #include <QPainter>
+#include <QPointer>
 
 #include <memory>
 
@@ -51,6 +52,8 @@ struct TQCustomDBGrid::Private
     int footerRows = 0;
     int totalsCount = 1;
     int titleRows = 1;
+    int seqCount = -1; // the forced sequence's record count; -1: the data set numbers
+    int seqNumber = 0; // the current record's number in it
     int totalRowHeight = 0;
     int headerLineHeight = 0;
     QList<TQColumn *> showing;
@@ -82,11 +85,15 @@ struct TQCustomDBGrid::Private
     TColor selectCellColor = clDefault;
     TColor selectRowColor = clDefault;
     TGridDrawingOptions drawingOptions{gdoHighlightText, gdoDataColLines, gdoDataRowLines, gdoSelectedCell,
-                                       gdoSelectedRow, gdoMultiSelected, gdoTotalSelected, gdoEditorColor};
+                                       gdoSelectedRow, gdoMultiSelected, gdoTotalSelected};
     TFixedStyle fixedStyle = fsDefault;
     TFocusRect focusRect = frAuto;
     TMarkerStyle markerStyle = msAuto;
     TMarkerTransparent markerTransparent = mtAuto;
+    QPointer<TQCustomDBGrid> master;
+    QList<QPointer<TQCustomDBGrid>> slaves;
+    TImeMode imeMode = imDontCare;
+    QString imeName;
     bool settingActive = false; // the grid follows the data set, it does not move it
     bool updatingScrollBar = false;
     int savingColumns = 0;

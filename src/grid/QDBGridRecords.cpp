@@ -11,13 +11,44 @@ namespace qdb {
 int TQCustomDBGrid::RecNumber() const
 {
     TDataSet *ds = DataSet();
-    return DataLink()->Active() && ds ? ds->RecNo() : -1;
+    if (!DataLink()->Active() || !ds)
+        return -1;
+    return ForcedSequence() ? d_->seqNumber : ds->RecNo();
 }
 
 int TQCustomDBGrid::RecCount() const
 {
     TDataSet *ds = DataSet();
-    return DataLink()->Active() && ds ? qMax(0, ds->RecordCount()) : 0;
+    if (!DataLink()->Active() || !ds)
+        return 0;
+    return ForcedSequence() ? d_->seqCount : qMax(0, ds->RecordCount());
+}
+
+bool TQCustomDBGrid::ForcedSequence() const { return d_->seqCount >= 0; }
+bool TQCustomDBGrid::GridMode() const { return ForcedSequence() && d_->optionsExt.Contains(dgScrollGridMode); }
+bool TQCustomDBGrid::PageMode() const { return GridMode() && d_->optionsExt.Contains(dgScrollPageMode); }
+bool TQCustomDBGrid::RowsMode() const { return d_->optionsExt.Contains(dgScrollRowsMode); }
+
+void TQCustomDBGrid::SetupRecNumber(int count)
+{
+    d_->seqCount = count;
+    if (count >= 0) {
+        // Numbered from where the data set is, when it knows; from the first record else.
+        const int recNo = DataLink()->Active() && DataSet() ? DataSet()->RecNo() : -1;
+        d_->seqNumber = recNo > 0 ? recNo : 1;
+    }
+    UpdateScrollBar();
+}
+
+void TQCustomDBGrid::moveSequence(int by)
+{
+    if (ForcedSequence())
+        d_->seqNumber = qBound(1, d_->seqNumber + by, qMax(1, d_->seqCount));
+}
+
+bool TQCustomDBGrid::StripesOn() const
+{
+    return d_->drawingOptions.Contains(gdoStripedRows) && d_->stripeColor != clNone;
 }
 
 void TQCustomDBGrid::LinkActive(bool value)
@@ -33,8 +64,10 @@ void TQCustomDBGrid::LinkActive(bool value)
     UpdateListItems(false);
     UpdateRowCount();
     UpdateScrollBar();
-    if (value)
+    if (value) {
+        SynchronizeWithMaster();
         AlwaysShowEditor();
+    }
     UpdateTotals(true);
 }
 
@@ -141,13 +174,16 @@ void TQCustomDBGrid::Scroll(int distance)
         UpdateRowCount();
     UpdateActive();
     const int newRow = Row();
+    moveSequence(distance + (newRow - oldRow));
     if (distance != 0) {
         HideEditor();
         const int top = RowAxis().FixedExtent();
         const int bottom = RowAxis().Position(RowCount() - 1) >= 0 ? RowAxis().Position(RowCount() - 1)
                                                                       : viewport()->height();
         const int step = DefaultRowHeight() + GridLineWidth();
-        if (qAbs(distance) >= VisibleRowCount())
+        // Striped rows are painted again rather than moved: on purpose, so that nothing
+        // depends on the stripes of the rows that scroll in.
+        if (qAbs(distance) >= VisibleRowCount() || StripesOn())
             viewport()->update(QRect(0, top, viewport()->width(), bottom - top));
         else
             ScrollBand(-step * distance, top, bottom);
@@ -165,20 +201,36 @@ void TQCustomDBGrid::Scroll(int distance)
 int TQCustomDBGrid::MoveBy(int distance, bool direct)
 {
     TDataSet *ds = DataSet();
-    if (!DataLink()->Active() || !ds)
+    TQGridDataLink *link = DataLink();
+    if (!link->Active() || !ds)
         return 0;
+    if (GridMode()) {
+        // Moves stay within the numbered records and never leave the window part empty.
+        if (RecNumber() < 0)
+            ds->CheckBrowseMode();
+        if ((RecNumber() == 1 && distance == -1) || (RecNumber() == RecCount() && distance == 1))
+            return link->MoveBy(distance);
+        if (distance < 0)
+            distance = qMax(distance, link->ActiveRecord() - RecNumber() + 1);
+        else if (distance > 0)
+            distance = qMin(distance, RecCount() - VisibleRowCount() + link->ActiveRecord() - RecNumber() + 1);
+        if (distance == 0)
+            return 0;
+        direct = true;
+    }
     if (!direct)
-        return DataLink()->MoveBy(distance);
+        return link->MoveBy(distance);
     ds->CheckBrowseMode();
     HideEditor();
     DisablePosition();
     int moved = 0;
     try {
-        moved = DataLink()->MoveBy(distance);
+        moved = link->MoveBy(distance);
     } catch (...) {
         EnablePosition(false);
         throw;
     }
+    moveSequence(moved); // no scroll events reach the grid while its position is held
     const bool bof = ds->Bof(), eof = ds->Eof();
     EnablePosition(false);
     if (bof)

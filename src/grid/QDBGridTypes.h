@@ -124,6 +124,12 @@ enum TMarkerStyle {
 Q_ENUM_NS(TMarkerStyle)
 enum TMarkerTransparent { mtAuto, mtFalse, mtTrue };
 Q_ENUM_NS(TMarkerTransparent)
+// How the input method behaves in an editor. Qt can switch it off; the other modes select
+// input conventions of particular systems and are kept for the application to consult.
+enum TImeMode {
+    imDisable, imClose, imOpen, imDontCare, imSAlpha, imAlpha, imHira, imSKata, imKata, imChinese, imSHanguel, imHanguel
+};
+Q_ENUM_NS(TImeMode)
 } // namespace QDBGridTypes
 using namespace QDBGridTypes;
 

@@ -183,6 +183,54 @@ TEST_F(DBGrid, OneRecordScrollRepaintsOnlyTheNewRowAndTheIndicator)
     EXPECT_TRUE(grid.drawn.contains({0, last - 1})); // the indicator left the row that scrolled up
 }
 
+TEST_F(DBGrid, StripedRowsArePaintedAgainRatherThanMoved)
+{
+    grid.SetDrawingOptions(grid.GetDrawingOptions() + gdoStripedRows);
+    table->MoveBy(grid.DataLink()->RecordCount() - 1);
+    paintNow();
+    const int last = grid.Row();
+    grid.drawn.clear();
+    key(Qt::Key_Down);
+    QApplication::processEvents();
+    EXPECT_TRUE(grid.drawn.contains({1, 1}));
+    EXPECT_TRUE(grid.drawn.contains({1, last / 2}));
+}
+
+TEST_F(DBGrid, GridModeNumbersTheRecordsAndKeepsTheWindowFull)
+{
+    grid.SetupRecNumber(table->RecordCount());
+    ASSERT_TRUE(grid.ForcedSequence());
+    EXPECT_FALSE(grid.GridMode()); // not asked for
+    grid.SetOptionsExt({dgScrollGridMode, dgScrollPageMode});
+    ASSERT_TRUE(grid.GridMode());
+    EXPECT_EQ(grid.RecNumber(), 1);
+
+    // At the first record a step back is the data set's own, and its result is returned.
+    EXPECT_EQ(grid.MoveBy(-1), 0);
+    EXPECT_EQ(table->RecNo(), 1);
+    EXPECT_TRUE(table->Bof());
+
+    EXPECT_EQ(grid.MoveBy(5), 5);
+    EXPECT_EQ(grid.RecNumber(), 6);
+    key(Qt::Key_Down); // the data set scrolls: the numbering follows it
+    EXPECT_EQ(grid.RecNumber(), 7);
+    EXPECT_EQ(grid.RecNumber(), table->RecNo());
+
+    // Far moves stop where the window still ends at the last record.
+    const int visible = grid.VisibleRowCount();
+    const int active = grid.DataLink()->ActiveRecord();
+    grid.MoveBy(1000);
+    EXPECT_EQ(grid.RecNumber(), grid.RecCount() - visible + active + 1);
+    EXPECT_EQ(grid.RecNumber(), table->RecNo());
+    EXPECT_EQ(grid.verticalScrollBar()->value(), grid.RecNumber() - 1);
+    // Page mode: a wheel step is a window.
+    EXPECT_EQ(grid.MouseWheelScrollRows(Qt::NoModifier), visible);
+
+    grid.SetupRecNumber(-1);
+    EXPECT_FALSE(grid.GridMode());
+    EXPECT_EQ(grid.RecNumber(), table->RecNo());
+}
+
 TEST_F(DBGrid, FollowsChangesOfTheDataSet)
 {
     table->Edit();
@@ -706,4 +754,25 @@ TEST(DBGridSetup, RefusesAForwardOnlyDataSet)
     } catch (const EDatabaseError &e) {
         EXPECT_TRUE(e.Message().contains(DBConsts::SDataSetUnidirectional()));
     }
+}
+
+TEST_F(DBGrid, TheEditorTakesTheEditorColourAndTheColumnsInputMethod)
+{
+    grid.setFocus();
+    grid.SetCol(grid.DataToRawColumn(1));
+    key(Qt::Key_F2);
+    ASSERT_TRUE(grid.EditorMode());
+    EXPECT_EQ(grid.InplaceEditor()->palette().color(QPalette::Base), grid.palette().color(QPalette::Base));
+    EXPECT_TRUE(grid.InplaceEditor()->testAttribute(Qt::WA_InputMethodEnabled));
+    key(Qt::Key_Escape);
+
+    grid.SetDrawingOptions(grid.GetDrawingOptions() + gdoEditorColor);
+    grid.SetEditorColor(0x00FF00);
+    grid.GetColumns()->Items(1)->SetImeMode(imDisable);
+    key(Qt::Key_F2);
+    ASSERT_TRUE(grid.EditorMode());
+    EXPECT_EQ(grid.InplaceEditor()->palette().color(QPalette::Base), QColor(Qt::green));
+    EXPECT_FALSE(grid.InplaceEditor()->testAttribute(Qt::WA_InputMethodEnabled));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(grid.GetColumns()->Items(2)->GetImeMode(), imDontCare); // the grid's, for the others
 }

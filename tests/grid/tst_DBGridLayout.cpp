@@ -265,3 +265,32 @@ TEST_F(DBGridLayout, TheGridsOwnColumnsFollowAnotherDataSet)
     ASSERT_EQ(grid.GetColumns()->Count(), 1);
     EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), grid.TitleOffset()), QString()); // no such field here
 }
+
+TEST_F(DBGridLayout, AGridFollowsItsMastersWidthsAndPosition)
+{
+    TMemTable summary;
+    summary.FieldDefs().Add(QStringLiteral("Qty"), ftInteger);
+    summary.FieldDefs().Add(QStringLiteral("Unit Price"), ftFloat);
+    summary.CreateDataSet();
+    summary.AppendRecord({5050, 1262.5});
+    TDataSource summarySource;
+    summarySource.SetDataSet(&summary);
+    auto follower = std::make_unique<TQDBGrid>();
+    follower->resize(500, 100);
+    follower->SetDataSource(&summarySource);
+    follower->GetColumns()->SetState(csCustomized);
+
+    grid.GetColumns()->Items(2)->SetWidth(120);
+    follower->SetMasterGrid(&grid);
+    // The grid's own columns keep widths in whole characters: the follower takes what shows.
+    EXPECT_EQ(follower->GetColumns()->FindColumn(QStringLiteral("Qty"))->GetWidth(), grid.GetColumns()->Items(2)->GetWidth());
+    grid.GetColumns()->Items(3)->SetWidth(200); // Unit Price
+    EXPECT_GE(grid.GetColumns()->Items(3)->GetWidth(), 190);
+    EXPECT_EQ(follower->GetColumns()->FindColumn(QStringLiteral("Unit Price"))->GetWidth(), grid.GetColumns()->Items(3)->GetWidth());
+
+    grid.SetMasterGrid(follower.get()); // a circle is refused
+    EXPECT_EQ(grid.GetMasterGrid(), nullptr);
+    follower.reset(); // the master forgets a follower that is gone
+    EXPECT_TRUE(grid.SlaveGrids().isEmpty());
+    grid.GetColumns()->Items(2)->SetWidth(90);
+}

@@ -456,6 +456,7 @@ void TCustomGrid::ShowEditor()
         edit->selectAll();
     }
     editor_->setGeometry(CellRect(col_, row_));
+    PrepareEditor(editor_);
     editor_->show();
     editor_->setFocus();
 }

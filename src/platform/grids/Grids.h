@@ -105,6 +105,8 @@ protected:
     virtual QString GetEditText(int col, int row) const;
     virtual void SetEditText(int col, int row, const QString &text);
     virtual QWidget *CreateEditor();
+    // Fits the editor to the cell it is about to edit (colours, input method).
+    virtual void PrepareEditor(QWidget *) {}
     // Takes the editor's text when the user confirms it; false keeps the editor open.
     virtual bool AcceptEditText() { return true; }
     virtual void UpdateScrollBars();
