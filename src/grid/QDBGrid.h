@@ -8,6 +8,8 @@
 #include "platform/rtl/Colors.h"
 #include "platform/grids/Grids.h"
 
+#include <QEvent>
+
 #include <memory>
 
 namespace qdb {
@@ -369,6 +371,9 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void customEvent(QEvent *event) override;
+    // The grid's private deferred update, posted to itself on activation.
+    static constexpr QEvent::Type DeferredUpdateEvent = QEvent::Type(QEvent::User + 0xB030);
 
 private:
     void keyPressEvent(QKeyEvent *event) override;

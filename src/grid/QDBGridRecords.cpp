@@ -3,6 +3,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include <QCoreApplication>
 #include <QLineEdit>
 #include <QScrollBar>
 
@@ -69,6 +70,23 @@ void TQCustomDBGrid::LinkActive(bool value)
         AlwaysShowEditor();
     }
     UpdateTotals(true);
+    // Activation often happens while a form is still being built: once the events of
+    // building it are through, the grid fits itself again.
+    if (value)
+        QCoreApplication::postEvent(this, new QEvent(DeferredUpdateEvent));
+}
+
+void TQCustomDBGrid::customEvent(QEvent *event)
+{
+    if (event->type() != DeferredUpdateEvent) {
+        TCustomGrid::customEvent(event);
+        return;
+    }
+    if (!DataLink()->Active())
+        return;
+    UpdateRowCount();
+    UpdateScrollBar();
+    UpdateActive();
 }
 
 void TQCustomDBGrid::DataChanged()
