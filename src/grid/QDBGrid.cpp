@@ -13,6 +13,9 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
     d_->style = new TQGridStyle(this);
     d_->titleFont = font();
     d_->link.reset(CreateDataLink());
+    d_->selectedRows = std::make_unique<TQBookmarkList>(this);
+    d_->selectedCols = std::make_unique<TQColumnList>(this);
+    RegisterSetType<TMultiSelection>();
     loadImages();
     SetDefaultColWidth(64);
     SetDefaultRowHeight(QFontMetrics(font()).height() + d_->style->DataRowSpace);

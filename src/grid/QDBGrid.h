@@ -2,6 +2,7 @@
 
 #include "QDBColumns.h"
 #include "QDBGridImages.h"
+#include "QDBGridSelection.h"
 #include "QDBGridTypes.h"
 
 #include "platform/db/DataSource.h"
@@ -113,6 +114,7 @@ class TQCustomDBGrid : public TCustomGrid
     Q_PROPERTY(qdb::QDBGridTypes::TImeMode ImeMode READ GetImeMode WRITE SetImeMode)
     Q_PROPERTY(QString ImeName READ GetImeName WRITE SetImeName)
     Q_PROPERTY(qdb::TQCustomDBGrid *MasterGrid READ GetMasterGrid WRITE SetMasterGrid)
+    Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -159,6 +161,53 @@ public:
     void SynchronizeWithMaster();
     // The grids that follow this one.
     QList<TQCustomDBGrid *> SlaveGrids() const;
+
+    // ---- multi-selection ----
+    // What the user may select with dgMultiSelect on: rows, columns or cells (both).
+    TMultiSelection GetMultiSelect() const;
+    void SetMultiSelect(TMultiSelection mode);
+    TMultiSelections GetMultiSelectOptions() const;
+    void SetMultiSelectOptions(TMultiSelections options);
+    bool GetRowsSelection() const;
+    bool GetColsSelection() const;
+    TQBookmarkList &SelectedRows() const;
+    TQColumnList &SelectedCols() const;
+    // Selection changes nest; the outermost end tells OnRowSelect and repaints.
+    void BeginSelect();
+    void EndSelect();
+    void CancelSelect();
+    // Ends the bracket once the events pending now are through (a drag that selects as it
+    // goes tells once, at its end).
+    void DelayEndSelect();
+    void NotifyRowSelect(TSelectAction action);
+    std::function<void(TQCustomDBGrid *sender, TSelectAction action)> OnRowSelect;
+    void SelectAll();
+    void InvertAll();
+    void ClearSelection();
+    // The current row.
+    void SelectRow();
+    void UnselectRow();
+    void InvertRow();
+    // The rows from the selection anchor to the current row, both included.
+    void SelectRows();
+    void UnselectRows();
+    void InvertRows();
+    void SetSelectionAnchor(const TBookmark &bookmark);
+    TBookmark SelectionAnchor() const;
+    // The current row against the anchor: negative above it, positive below.
+    int CompareRows() const;
+    // Keeps the selection under a name, by key values, and selects those records again.
+    void SaveSelection(const QString &name);
+    void RestoreSelection(const QString &name);
+    bool IsColMultiSelected(const TQColumn *column) const;
+    // Whether the cell of a column in the current record is part of the selection.
+    bool IsCellMultiSelected(const TQColumn *column) const;
+    // Calls `proc` for each cell in scope, record by record (the cursor moves to each);
+    // the position is restored afterwards.
+    void ForEachDataCell(TForEachCellScope scope, const TForEachCellProc &proc);
+    void ForEachDataRow(TDataRowEnum rows, const TForEachCellProc &proc);
+    void ForEachDataCol(TDataColEnum cols, const TForEachCellProc &proc);
+    void InvalidateCurrentRow();
 
     // ---- look ----
     QFont GetHeaderFont() const;
@@ -364,6 +413,7 @@ protected:
     QString GetEditText(int col, int row) const override;
     void SetEditText(int col, int row, const QString &text) override;
     bool AcceptEditText() override;
+    void FixedCellClick(int col, int row, Qt::KeyboardModifiers modifiers) override;
     void PrepareEditor(QWidget *editor) override;
     void UpdateScrollBars() override;
     void TopLeftChanged() override;
@@ -377,6 +427,7 @@ protected:
 
 private:
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void drawIndicatorCell(QPainter &painter, int row, const QRect &rect);
     void drawDataCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state);
     void drawTotalCell(QPainter &painter, int col, int row, const QRect &rect);
@@ -390,6 +441,12 @@ private:
     int textHeight(const QFont &font) const;
     void loadImages();
     void moveSequence(int by);
+    void forEachCell(TDataRowEnum rows, TDataColEnum cols, const TForEachCellProc &proc);
+    void selectRange(int how);
+    void selectByMouse(int col, int row, Qt::KeyboardModifiers modifiers);
+    // Keys that select; true when the key was used up. A Shift move ends in extendSelection.
+    bool selectionKey(QKeyEvent *event);
+    void extendSelection();
     int rowLineWidth() const;
     int colLineWidth() const;
 

@@ -61,6 +61,15 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     }
     const bool ctrl = event->modifiers().testFlag(Qt::ControlModifier);
     const int page = qMax(1, VisibleRowCount());
+    if (selectionKey(event)) {
+        event->accept();
+        return;
+    }
+    // Shift with a move extends the selection from its anchor once the move is made.
+    const int key = event->key();
+    const bool move = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown
+        || (ctrl && (key == Qt::Key_Home || key == Qt::Key_End));
+    const bool extending = move && GetRowsSelection() && event->modifiers().testFlag(Qt::ShiftModifier);
     switch (event->key()) {
     case Qt::Key_Up: MoveBy(-1); break;
     case Qt::Key_Down: MoveBy(1); break;
@@ -99,6 +108,8 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
         TCustomGrid::KeyDown(event);
         return;
     }
+    if (extending)
+        extendSelection();
     event->accept();
 }
 

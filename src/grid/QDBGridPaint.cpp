@@ -83,10 +83,22 @@ void TQCustomDBGrid::DrawCell(QPainter &painter, int col, int row, const QRect &
 void TQCustomDBGrid::drawIndicatorCell(QPainter &painter, int row, const QRect &rect)
 {
     painter.fillRect(rect, PaintColor(d_->fixedColor, palette().color(QPalette::Button)));
-    if (!DataLink()->Active() || row != Row() || DataSet()->IsEmpty())
+    TQGridDataLink *link = DataLink();
+    const int record = row - TitleOffset();
+    if (!link->Active() || DataSet()->IsEmpty() || record < 0 || record >= link->RecordCount())
         return;
-    int image = 0;
-    switch (DataSet()->State()) {
+    bool selected = false;
+    if (GetRowsSelection() && SelectedRows().Count() > 0) {
+        ActiveRecordScope scope(*link, record);
+        selected = SelectedRows().CurrentRowSelected();
+    }
+    const bool current = row == Row();
+    if (!current && !selected)
+        return;
+    int image = current ? 0 : 3;
+    if (current && selected)
+        image = 4;
+    switch (current ? DataSet()->State() : dsBrowse) {
     case dsEdit: image = 1; break;
     case dsInsert: image = 2; break;
     default: break;
@@ -142,7 +154,14 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
     }
     QColor text = isEnabled() ? pal.color(QPalette::Text) : pal.color(QPalette::Disabled, QPalette::Text);
     const bool selectedCell = state.Contains(gdSelected) && showSelection;
-    if (selectedCell) {
+    const bool multiSelected = d_->options.Contains(dgMultiSelect) && IsCellMultiSelected(column);
+    if (multiSelected && !selectedCell) {
+        // Many selected rows stay readable: the selection colour, with its own text colour.
+        fill = draw.Contains(gdoMultiSelected) ? PaintColor(d_->selectionColor, DefaultSelectionColor())
+                                               : pal.color(QPalette::Highlight);
+        text = draw.Contains(gdoHighlightText) ? PaintColor(d_->highlightText, DefaultHighlightText())
+                                               : pal.color(QPalette::HighlightedText);
+    } else if (selectedCell) {
         fill = draw.Contains(gdoSelectedCell) ? PaintColor(d_->selectCellColor, DefaultSelectCellColor())
                                               : pal.color(QPalette::Highlight);
         text = draw.Contains(gdoHighlightText) ? PaintColor(d_->highlightText, DefaultHighlightText())

@@ -90,6 +90,15 @@ struct TQCustomDBGrid::Private
     TFocusRect focusRect = frAuto;
     TMarkerStyle markerStyle = msAuto;
     TMarkerTransparent markerTransparent = mtAuto;
+    std::unique_ptr<TQBookmarkList> selectedRows;
+    std::unique_ptr<TQColumnList> selectedCols;
+    TMultiSelection multiSelect = msRows;
+    TMultiSelections multiSelectOptions{msRows};
+    int selectLock = 0;
+    bool selectChanged = false;
+    TSelectAction lastSelectAction = saSelect;
+    TBookmark selectionAnchor;
+    QHash<QString, QList<Variant>> savedSelections;
     QPointer<TQCustomDBGrid> master;
     QList<QPointer<TQCustomDBGrid>> slaves;
     TImeMode imeMode = imDontCare;

@@ -60,6 +60,9 @@ void TQCustomDBGrid::LinkActive(bool value)
         HideEditor();
         SetRow(FixedRows());
     }
+    SelectedRows().LinkActive(value);
+    SelectedCols().Clear();
+    d_->selectionAnchor.clear();
     UpdateFilter();
     LayoutChanged();
     UpdateListItems(false);
@@ -96,6 +99,7 @@ void TQCustomDBGrid::DataChanged()
         return;
     TDataSet *ds = DataSet();
     if (ds && ds->State() == dsBrowse && d_->cancelling == 0) {
+        SelectedRows().DataChanged();
         UpdateTreeView(false);
         UpdateListItems(true);
         UpdateSequence(true);

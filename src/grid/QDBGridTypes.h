@@ -130,6 +130,18 @@ enum TImeMode {
     imDisable, imClose, imOpen, imDontCare, imSAlpha, imAlpha, imHira, imSKata, imKata, imChinese, imSHanguel, imHanguel
 };
 Q_ENUM_NS(TImeMode)
+enum TMultiSelection { msNone, msRows, msCols, msCells, msFixed };
+Q_ENUM_NS(TMultiSelection)
+enum TSelectAction { saUnselect, saSelect, saClear, saDelete, saRefresh };
+Q_ENUM_NS(TSelectAction)
+enum TForEachCellScope { fsAutoSelect, fsWholeDataSet, fsSelectedOnly };
+Q_ENUM_NS(TForEachCellScope)
+enum TForEachCellFlag { feFirstCol, feLastCol, feFirstRow, feLastRow };
+Q_ENUM_NS(TForEachCellFlag)
+enum TDataColEnum { ceAllCols, ceSelectedCols, ceSelectedColsOrAllCols, ceSelectedColsOrCurrent, ceCurrentCol };
+Q_ENUM_NS(TDataColEnum)
+enum TDataRowEnum { reAllRows, reSelectedRows, reSelectedRowsOrAllRows, reSelectedRowsOrCurrent, reCurrentRow };
+Q_ENUM_NS(TDataRowEnum)
 } // namespace QDBGridTypes
 using namespace QDBGridTypes;
 
@@ -143,5 +155,7 @@ using TQListOptions = Set<TQListOption>;
 using TFilterStyles = Set<TFilterStyle>;
 using TQSettingsOptions = Set<TQSettingsOption>;
 using TGridDrawingOptions = Set<TGridDrawingOption>;
+using TMultiSelections = Set<TMultiSelection>;
+using TForEachCellFlags = Set<TForEachCellFlag>;
 
 } // namespace qdb

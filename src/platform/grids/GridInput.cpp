@@ -159,6 +159,8 @@ void TCustomGrid::mousePressEvent(QMouseEvent *event)
     const QPoint cell = MouseCoord(p.x(), p.y());
     if (cell.x() < 0)
         return;
+    if (cell.x() < FixedCols() || cell.y() < FixedRows())
+        pressedFixed_ = cell;
     if (cell.y() < FixedRows() && cell.x() >= FixedCols() && options_.Contains(goColMoving)) {
         drag_ = Drag::MaybeMoving;
         dragCol_ = cell.x();
@@ -207,8 +209,14 @@ void TCustomGrid::mouseReleaseEvent(QMouseEvent *event)
     }
     if (drag_ != Drag::None)
         viewport()->setCursor(Qt::ArrowCursor);
+    const bool clicked = drag_ != Drag::Moving && drag_ != Drag::Sizing && pressedFixed_.x() >= 0
+        && MouseCoord(p.x(), p.y()) == pressedFixed_;
+    const QPoint fixed = pressedFixed_;
     drag_ = Drag::None;
     dragCol_ = -1;
+    pressedFixed_ = {-1, -1};
+    if (clicked && event->button() == Qt::LeftButton)
+        FixedCellClick(fixed.x(), fixed.y(), event->modifiers());
 }
 
 void TCustomGrid::mouseDoubleClickEvent(QMouseEvent *event)

@@ -109,6 +109,8 @@ protected:
     virtual void PrepareEditor(QWidget *) {}
     // Takes the editor's text when the user confirms it; false keeps the editor open.
     virtual bool AcceptEditText() { return true; }
+    // A click on a fixed cell (a title, the indicator) that did not start a drag.
+    virtual void FixedCellClick(int, int, Qt::KeyboardModifiers) {}
     virtual void UpdateScrollBars();
     // The keys of the grid; descendants handle their own before calling this.
     virtual void KeyDown(QKeyEvent *event);
@@ -158,6 +160,7 @@ private:
 
     enum class Drag { None, Sizing, MaybeMoving, Moving };
     Drag drag_ = Drag::None;
+    QPoint pressedFixed_{-1, -1};
     int dragCol_ = -1;
     QPoint dragStart_;
     int sizingOrigin_ = 0;
