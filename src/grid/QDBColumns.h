@@ -92,10 +92,17 @@ public:
     void SetHint(const QString &value) { assign(hint_, value); }
     int GetImageIndex() const { return imageIndex_; }
     void SetImageIndex(int value) { assign(imageIndex_, value); }
+    // The sort marker: the direction, and an index that encodes the level too
+    // (2 x level + 2, plus 1 when descending; 0 and 1 carry the direction alone).
     TMarker GetMarker() const { return marker_; }
-    void SetMarker(TMarker value) { assign(marker_, value); }
+    void SetMarker(TMarker value);
     int GetMarkerIndex() const { return markerIndex_; }
-    void SetMarkerIndex(int value) { assign(markerIndex_, value); }
+    void SetMarkerIndex(int value);
+    // The column's place in the grid's sort order, -1 when it is not sorted.
+    int OrderIndex() const;
+    // A click on a sortable title: ascending, then descending, then off; Reset starts a new
+    // order with this column alone.
+    void ToggleMarker(bool reset);
     TVAlignment GetVAlignment() const { return vAlignment_; }
     void SetVAlignment(TVAlignment value) { assign(vAlignment_, value); }
     bool GetWordWrap() const { return wordWrap_; }
@@ -121,8 +128,11 @@ public:
     static QString GetHeaderText(const QString &path, int row);
 
 private:
+    friend class TQDBGridColumns;
     template <typename T>
     void assign(T &member, const T &value);
+    void renumber(int index) { markerIndex_ = index; }
+    void toggle(bool reset);
 
     TQColumn *column_;
     QString caption_;
@@ -692,6 +702,16 @@ public:
     // The column bound to a field name, searched from a position on; nullptr when none.
     TQColumn *FindColumn(const QString &fieldName, int from = 0) const;
 
+    // The sorted columns in their order (at most nine levels).
+    const QList<TQColumn *> &MarkerList() const { return markers_; }
+    void AddMarker(TQColumn *column);
+    void RemoveMarker(TQColumn *column);
+    // Clears every marker.
+    void RemoveMarkers();
+    // Numbers the levels again after a column left the order.
+    void UpdateMarkers();
+    static constexpr int MaxMarkers = 9;
+
     // Column files: the columns and the grid's sort order as one component stream. A stream
     // that cannot be read raises EReadError and leaves the columns as they were.
     void SaveToStream(QIODevice &stream);
@@ -707,9 +727,11 @@ public:
 
 protected:
     void Update(TCollectionItem *item) override;
+    void Notify(TCollectionItem *item, TCollectionNotification action) override;
 
 private:
     TQCustomDBGrid *grid_;
+    QList<TQColumn *> markers_;
 };
 
 template <typename T>

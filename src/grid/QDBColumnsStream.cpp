@@ -62,20 +62,25 @@ void TQDBGridColumns::LoadFromStream(QIODevice &stream)
     // Read into a fresh collection first so that a bad stream leaves these columns alone.
     auto fresh = std::make_unique<TQDBGridColumns>(grid_);
     TQColumnsWrapper wrapper(fresh.get());
-    if (grid_)
-        grid_->BeginOrderUpdate();
-    const auto order = qScopeGuard([this] {
-        if (grid_)
-            grid_->EndOrderUpdate();
-    });
     {
         const auto loading = gridFlag(grid_, &TQCustomDBGrid::SetLoadingColumns);
         CollectionUpdateGuard guard(*fresh);
         JsonToComponent(&wrapper, stream.readAll());
     }
-    Assign(*fresh);
+    // The columns and their order arrive together: the order is looked at once, after both.
     if (grid_)
-        grid_->SetOrderFields(wrapper.orderFields);
+        grid_->BeginOrderUpdate();
+    try {
+        Assign(*fresh);
+        if (grid_)
+            grid_->SetOrderFields(wrapper.orderFields);
+    } catch (...) {
+        if (grid_)
+            grid_->EndOrderUpdate();
+        throw;
+    }
+    if (grid_)
+        grid_->EndOrderUpdate();
 }
 
 void TQDBGridColumns::SaveToFile(const QString &fileName)

@@ -51,8 +51,6 @@ bool TQCustomDBGrid::IsSavingColumns() const { return d_->savingColumns > 0; }
 bool TQCustomDBGrid::IsLoadingColumns() const { return d_->loadingColumns > 0; }
 void TQCustomDBGrid::SetSavingColumns(bool on) { d_->savingColumns += on ? 1 : -1; }
 void TQCustomDBGrid::SetLoadingColumns(bool on) { d_->loadingColumns += on ? 1 : -1; }
-QString TQCustomDBGrid::GetOrderFields() const { return d_->orderFields; }
-void TQCustomDBGrid::SetOrderFields(const QString &order) { d_->orderFields = order; }
 bool TQCustomDBGrid::GetStretchMode() const { return d_->stretchMode; }
 void TQCustomDBGrid::SetStretchMode(bool on)
 {
@@ -66,8 +64,6 @@ void TQCustomDBGrid::SetStretchMode(bool on)
 }
 TQSettingsOptions TQCustomDBGrid::GetSettingsOptions() const { return d_->settingsOptions; }
 void TQCustomDBGrid::SetSettingsOptions(TQSettingsOptions options) { d_->settingsOptions = options; }
-void TQCustomDBGrid::BeginOrderUpdate() { ++d_->orderLock; }
-void TQCustomDBGrid::EndOrderUpdate() { --d_->orderLock; }
 TQGridStyle *TQCustomDBGrid::GetGridStyle() const { return d_->style; }
 
 void TQCustomDBGrid::SetDataSource(TDataSource *source)
@@ -88,8 +84,12 @@ void TQCustomDBGrid::SetOptions(TQDBGridOptions options)
 
 void TQCustomDBGrid::SetOptionsEx(TQDBGridOptionsEx options)
 {
+    const bool orderChanged = (options * TQDBGridOptionsEx{dgLoadCurrentOrder, dgAutoUpdateOrder})
+        != (d_->optionsEx * TQDBGridOptionsEx{dgLoadCurrentOrder, dgAutoUpdateOrder});
     d_->optionsEx = options;
     LayoutChanged();
+    if (orderChanged && DataLink()->Active())
+        UpdateOrder(true);
 }
 
 void TQCustomDBGrid::SetOptionsExt(TQDBGridOptionsExt options)

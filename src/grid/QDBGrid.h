@@ -115,6 +115,7 @@ class TQCustomDBGrid : public TCustomGrid
     Q_PROPERTY(QString ImeName READ GetImeName WRITE SetImeName)
     Q_PROPERTY(qdb::TQCustomDBGrid *MasterGrid READ GetMasterGrid WRITE SetMasterGrid)
     Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions)
+    Q_PROPERTY(QString DetailFields READ GetDetailFields WRITE SetDetailFields)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -367,11 +368,42 @@ public:
     // The pixels per inch of the grid's coordinates, for layouts saved at another density.
     int CurrentPPI() const { return logicalDpiY(); }
 
-    // The sort order as text; the title markers that show it come with sorting.
+    // ---- sort order ----
+    // The sort order as text ("Name,City DESC"), read from and written to the title markers.
     QString GetOrderFields() const;
     void SetOrderFields(const QString &order);
+    // Marker changes inside the bracket are looked at once, at the outermost end: a changed
+    // order is applied (dgAutoUpdateOrder) or announced (OnOrderChanged).
     void BeginOrderUpdate();
     void EndOrderUpdate();
+    // The master-link fields of a detail data set, kept in front of its index field list.
+    QString GetDetailFields() const;
+    void SetDetailFields(const QString &fields);
+    // Gives the order (empty: OrderFields) to the data set through the handler registered
+    // for its class; false when there is none.
+    virtual bool ChangeDataSetOrder(const QString &order = QString());
+    // The data set's present order as order text; empty when no handler knows it.
+    virtual QString CurrentDataSetOrder();
+    void ChangeIndexFields(const QString &order, const QString &propName = QString(), const QString &indexFormat = QString());
+    void ChangeOrderFields(const QString &order, const QString &propName = QString());
+    void ChangeSQLOrderFields(const QString &order, const QString &propName = QString());
+    QString CurrentIndexFields(const QString &propName = QString(), const QString &indexFormat = QString());
+    QString CurrentOrderFields(const QString &propName = QString());
+    QString CurrentSQLOrderFields(const QString &propName = QString());
+    // Sets the markers without touching the data set.
+    void SetupOrderFields(const QString &order);
+    void SetupCurrentOrder();
+    void UpdateOrder(bool load);
+    virtual void OrderChanged();
+    virtual void OrderUpdated();
+    bool KeepSelection() const;
+    // Writes a new order into the data set keeping the current record (by KeyFields) and,
+    // with dgAutoKeepSelection, the selection; closes and reopens it when asked. What the
+    // data set raises reaches the caller with the grid unlocked.
+    // `undo` puts the old order back when the data set refuses the new one.
+    void ReorderDataSet(bool reopen, const std::function<void()> &write, const std::function<void()> &undo = {});
+    TNotifyEvent OnOrderChanged;
+    TNotifyEvent OnOrderUpdated;
 
     // Filled in by later features; the record window calls them at their moments.
     virtual void UpdateFilter() {}
@@ -441,6 +473,7 @@ private:
     int textHeight(const QFont &font) const;
     void loadImages();
     void moveSequence(int by);
+    bool detailPrefixApplies() const;
     void forEachCell(TDataRowEnum rows, TDataColEnum cols, const TForEachCellProc &proc);
     void selectRange(int how);
     void selectByMouse(int col, int row, Qt::KeyboardModifiers modifiers);

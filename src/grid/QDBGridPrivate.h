@@ -107,8 +107,10 @@ struct TQCustomDBGrid::Private
     bool updatingScrollBar = false;
     int savingColumns = 0;
     int loadingColumns = 0;
-    QString orderFields;
+    QString orderFields; // the order text last stored
+    QString orderBefore; // the order when the outermost order update began
     int orderLock = 0;
+    QString detailFields;
     bool stretchMode = false;
     int wheelScrollRows = 0;
     // What the user typed into the cell editor and the field has not yet taken.

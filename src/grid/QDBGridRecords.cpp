@@ -68,7 +68,16 @@ void TQCustomDBGrid::LinkActive(bool value)
     UpdateListItems(false);
     UpdateRowCount();
     UpdateScrollBar();
+    if (value && d_->optionsEx.Contains(dgLoadCurrentOrder))
+        SetupCurrentOrder();
     if (value) {
+        if (!d_->optionsEx.Contains(dgLoadCurrentOrder)) {
+            // The order given before there were columns marks them now, and is applied.
+            if (d_->columns->State() == csDefault)
+                SetupOrderFields(d_->orderFields);
+            if (d_->optionsEx.Contains(dgAutoUpdateOrder))
+                ChangeDataSetOrder();
+        }
         SynchronizeWithMaster();
         AlwaysShowEditor();
     }

@@ -1,6 +1,6 @@
 // What the user does to select: Ctrl+click toggles a row, Shift+click and Shift+arrows
 // extend a range from the anchor, Ctrl+A selects everything, the indicator selects rows and
-// the titles select columns in the modes that allow it.
+// the titles select columns in the modes that allow it, else sort.
 
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
@@ -68,8 +68,14 @@ void TQCustomDBGrid::mousePressEvent(QMouseEvent *event)
 void TQCustomDBGrid::FixedCellClick(int col, int row, Qt::KeyboardModifiers modifiers)
 {
     TQColumn *column = ColumnAt(col);
-    if (row >= TitleOffset() || !column || !GetColsSelection())
+    if (row >= TitleOffset() || !column)
         return;
+    if (!GetColsSelection()) {
+        // A click on a sortable title sorts by it; with Ctrl it adds or cycles a level.
+        if (d_->options.Contains(dgTitleClick) && column->GetTitle()->GetAutoToggle() && column->GetField())
+            column->GetTitle()->ToggleMarker(!modifiers.testFlag(Qt::ControlModifier));
+        return;
+    }
     // Titles select columns: alone, added with Ctrl, as a range with Shift.
     TQColumnList &cols = SelectedCols();
     BeginSelect();

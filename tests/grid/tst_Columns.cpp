@@ -35,7 +35,7 @@ TEST(Columns, OnlyValuesThatDifferFromTheirDefaultsAreWritten)
     const QJsonObject json = WriteComponent(&column);
     EXPECT_EQ(json.keys(), QStringList({"ButtonStyle", "CheckBox", "DelimiterChar", "FieldName", "ImageOffsetY",
                                         "ListOptions", "PickList", "Report", "Title", "TransparentColor"}));
-    EXPECT_EQ(json[QStringLiteral("Title")].toObject().keys(), QStringList({"AutoFilters", "ImageIndex", "Marker"}));
+    EXPECT_EQ(json[QStringLiteral("Title")].toObject().keys(), QStringList({"AutoFilters", "ImageIndex", "Marker", "MarkerIndex"}));
     EXPECT_EQ(json[QStringLiteral("Report")].toObject().keys(), QStringList({"TotalType"}));
 
     TQColumn copy;

@@ -1,0 +1,321 @@
+// Sorting by the titles: markers and levels, the order text, and the order given to real
+// data sets (an in-memory table's index, an SQL query's ORDER BY on SQLite and PostgreSQL),
+// keeping the current record and the selection.
+
+#include "grid/QDBGrid.h"
+
+#include "DbTestSupport.h"
+#include "TestSupport.h"
+
+#include "platform/rtl/Exceptions.h"
+#include "platform/sql/SQLDataSet.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace qdb;
+using namespace qdb::test;
+
+namespace {
+
+class SortOrder : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        table = MakeOrders(40);
+        source.SetDataSet(table.get());
+        grid.resize(700, 300);
+        grid.SetDataSource(&source);
+        grid.SetKeyFields(QStringLiteral("ID"));
+        grid.SetOptionsEx(grid.GetOptionsEx() + dgAutoUpdateOrder);
+        grid.OnOrderUpdated = [this](TObject *) { ++updates; };
+        grid.show();
+        QApplication::processEvents();
+    }
+    TQColumnTitle *title(const char *field) const { return grid.GetColumns()->FindColumn(QString::fromLatin1(field))->GetTitle(); }
+    void clickTitle(const char *field, Qt::KeyboardModifiers mods = Qt::NoModifier)
+    {
+        const int raw = grid.DataToRawColumn(grid.GetColumns()->FindColumn(QString::fromLatin1(field))->Index());
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, mods, grid.CellRect(raw, 0).center());
+    }
+    int id() const { return table->FieldByName(QStringLiteral("ID"))->AsInteger(); }
+
+    std::unique_ptr<TMemTable> table;
+    TDataSource source;
+    TQDBGrid grid;
+    int updates = 0;
+};
+
+} // namespace
+
+TEST_F(SortOrder, TheOrderTextMarksTheTitles)
+{
+    grid.SetOptionsEx(grid.GetOptionsEx() - dgAutoUpdateOrder);
+    grid.SetOrderFields(QStringLiteral("Name;Qty desc"));
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Name,Qty DESC"));
+    EXPECT_EQ(title("Name")->GetMarker(), tmAscend);
+    EXPECT_EQ(title("Name")->GetMarkerIndex(), 2);
+    EXPECT_EQ(title("Qty")->GetMarkerIndex(), 5); // level 1, descending
+    EXPECT_EQ(title("Qty")->OrderIndex(), 1);
+
+    // Unknown names are passed over; the data set was not touched without dgAutoUpdateOrder.
+    grid.SetOrderFields(QStringLiteral("Nothing, Paid ASC"));
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Paid"));
+    EXPECT_TRUE(table->IndexFieldNames().isEmpty());
+
+    // Removing a level renumbers the others.
+    grid.SetOrderFields(QStringLiteral("Name,Qty,Paid DESC"));
+    title("Qty")->SetMarker(tmNone);
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Name,Paid DESC"));
+    EXPECT_EQ(title("Paid")->GetMarkerIndex(), 5);
+
+    // Only nine levels.
+    TMemTable wide;
+    for (int i = 0; i < 10; ++i)
+        wide.FieldDefs().Add(QStringLiteral("F%1").arg(i), ftInteger);
+    wide.CreateDataSet();
+    source.SetDataSet(&wide);
+    grid.SetOrderFields(QStringLiteral("F0,F1,F2,F3,F4,F5,F6,F7,F8,F9"));
+    EXPECT_EQ(grid.GetColumns()->MarkerList().size(), 9);
+    EXPECT_EQ(grid.GetColumns()->FindColumn(QStringLiteral("F9"))->GetTitle()->GetMarker(), tmNone);
+    source.SetDataSet(table.get());
+}
+
+TEST_F(SortOrder, TitleClicksSortTheTableKeepingTheRecord)
+{
+    table->SetRecNo(7); // ID 7, Qty 7
+    clickTitle("Qty");
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty"));
+    EXPECT_EQ(id(), 7);
+    clickTitle("Qty"); // again: descending
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty:D"));
+    EXPECT_EQ(title("Qty")->GetMarker(), tmDescend);
+    EXPECT_EQ(id(), 7);
+    EXPECT_EQ(table->RecNo(), 34); // forty records, seventh from the end
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), grid.Row()), QStringLiteral("7")); // on screen too
+
+    // Ctrl adds a level; a plain click starts over.
+    clickTitle("Name", Qt::ControlModifier);
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Qty DESC,Name"));
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty:D;Name"));
+    clickTitle("Name", Qt::ControlModifier);
+    clickTitle("Name", Qt::ControlModifier); // descending, then off
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Qty DESC"));
+    clickTitle("Paid");
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Paid"));
+    EXPECT_EQ(id(), 7);
+
+    // The same order in other letters and blanks is no change.
+    const int before = updates;
+    grid.ChangeDataSetOrder(QStringLiteral(" paid "));
+    EXPECT_EQ(updates, before);
+}
+
+TEST_F(SortOrder, AscendOnlyNeverDescends)
+{
+    grid.SetOptions(grid.GetOptions() + dgMarkerAscendOnly);
+    grid.SetOptionsEx(grid.GetOptionsEx() - dgAutoAscendOrder); // keep it, whatever the handler says
+    clickTitle("Qty");
+    clickTitle("Qty");
+    clickTitle("Qty");
+    EXPECT_EQ(title("Qty")->GetMarker(), tmAscend);
+    title("Qty")->SetMarker(tmDescend);
+    EXPECT_EQ(title("Qty")->GetMarker(), tmAscend);
+
+    // With dgAutoAscendOrder the handler decides: the in-memory table sorts both ways.
+    grid.SetOptionsEx(grid.GetOptionsEx() + dgAutoAscendOrder);
+    clickTitle("Name");
+    EXPECT_FALSE(grid.GetOptions().Contains(dgMarkerAscendOnly));
+}
+
+TEST_F(SortOrder, TheSelectionSurvivesAReorderByKey)
+{
+    grid.SetOptions(grid.GetOptions() + dgMultiSelect);
+    grid.SetOptionsEx(grid.GetOptionsEx() + dgAutoKeepSelection);
+    for (int recNo : {3, 10, 22}) {
+        table->SetRecNo(recNo);
+        grid.SelectRow();
+    }
+    clickTitle("Qty");
+    clickTitle("Qty");
+    QList<int> ids;
+    for (const TBookmark &b : grid.SelectedRows()) {
+        Q_UNUSED(b);
+        ids << id();
+    }
+    std::sort(ids.begin(), ids.end());
+    EXPECT_EQ(ids, (QList<int>{3, 10, 22}));
+}
+
+TEST_F(SortOrder, TheDataSetsOrderCanBecomeTheMarkers)
+{
+    grid.SetDataSource(nullptr);
+    table->SetIndexFieldNames(QStringLiteral("Paid;Qty:D"));
+    grid.SetOptionsEx({dgBlankRow, dgLoadCurrentOrder});
+    grid.SetDataSource(&source);
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Paid,Qty DESC"));
+    EXPECT_EQ(grid.CurrentDataSetOrder(), QStringLiteral("Paid,Qty DESC"));
+
+    // Setting up markers leaves the data set alone.
+    grid.SetupOrderFields(QStringLiteral("Name"));
+    EXPECT_EQ(title("Name")->GetMarker(), tmAscend);
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Paid;Qty:D"));
+
+    // An order given before there are columns marks them when the data set opens.
+    TQDBGrid later;
+    later.SetOrderFields(QStringLiteral("Qty DESC"));
+    later.SetOptionsEx(later.GetOptionsEx() + dgAutoUpdateOrder);
+    later.SetDataSource(&source);
+    EXPECT_EQ(later.GetColumns()->FindColumn(QStringLiteral("Qty"))->GetTitle()->GetMarker(), tmDescend);
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty:D"));
+    later.SetDataSource(nullptr);
+}
+
+TEST_F(SortOrder, WithoutAHandlerTheApplicationIsTold)
+{
+    class Unknown : public TMemTable
+    {
+    };
+    // A class of the registry's kind by name only: not derived from a registered one.
+    Unknown unknown;
+    unknown.FieldDefs().Add(QStringLiteral("A"), ftInteger);
+    unknown.CreateDataSet();
+    int told = 0;
+    grid.OnOrderChanged = [&](TObject *) { ++told; };
+    source.SetDataSet(&unknown);
+    // Unknown derives from TMemTable, whose "*" row serves it: the grid sorts it itself.
+    clickTitle("A");
+    EXPECT_EQ(told, 0);
+    EXPECT_EQ(unknown.IndexFieldNames(), QStringLiteral("A"));
+    grid.SetOptionsEx(grid.GetOptionsEx() - dgAutoUpdateOrder);
+    clickTitle("A");
+    EXPECT_EQ(told, 1);
+    source.SetDataSet(table.get());
+}
+
+// ---- SQL queries on SQLite and PostgreSQL ----
+
+namespace {
+
+enum class Backend { SQLite, PostgreSQL };
+
+class SortOrderSQL : public testing::TestWithParam<Backend>
+{
+protected:
+    void SetUp() override
+    {
+        RegisterDBTypes();
+        if (GetParam() == Backend::PostgreSQL) {
+            const QByteArray url = qgetenv("QDB_PG_URL");
+            if (url.isEmpty())
+                GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
+            admin.SetConnectionString(QString::fromUtf8(url));
+            database = QStringLiteral("qdb_sort_%1").arg(QCoreApplication::applicationPid());
+            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
+            admin.ExecSQL(QStringLiteral("CREATE DATABASE %1").arg(database));
+            connection.SetConnectionString(QString::fromUtf8(url));
+            connection.SetDatabaseName(database);
+        } else {
+            connection.SetConnectionString(QStringLiteral("sqlite:") + dir.filePath(QStringLiteral("sort.db")));
+            connection.SetCreateDatabase(true);
+        }
+        connection.Open();
+        connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, name VARCHAR(30), qty INTEGER)"));
+        connection.StartTransaction();
+        for (int i = 1; i <= 500; ++i)
+            connection.ExecSQL(QStringLiteral("INSERT INTO items (id, name, qty) VALUES (?, ?, ?)"),
+                               {i, QStringLiteral("item %1").arg(i, 3, 10, QLatin1Char('0')), (i * 37) % 101});
+        connection.Commit();
+        query.SetConnection(&connection);
+        query.SQL()->SetText(QStringLiteral("SELECT id, name, qty\nFROM items\nORDER BY id;"));
+        query.Open();
+        source.SetDataSet(&query);
+        grid.resize(600, 300);
+        grid.SetDataSource(&source);
+        grid.SetKeyFields(QStringLiteral("id"));
+        grid.SetOptions(grid.GetOptions() + dgMultiSelect);
+        // The query's own order becomes the markers, so that applying them changes nothing yet.
+        grid.SetOptionsEx(grid.GetOptionsEx() + dgLoadCurrentOrder + dgAutoUpdateOrder + dgAutoKeepSelection);
+        grid.show();
+        QApplication::processEvents();
+    }
+    void TearDown() override
+    {
+        grid.SetDataSource(nullptr);
+        query.Close();
+        connection.Close();
+        if (!database.isEmpty()) {
+            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
+            admin.Close();
+        }
+    }
+    int value(const char *field) { return query.FieldByName(QString::fromLatin1(field))->AsInteger(); }
+
+    QTemporaryDir dir;
+    TSQLConnection admin;
+    QString database;
+    TSQLConnection connection;
+    TSQLQuery query;
+    TDataSource source;
+    TQDBGrid grid;
+};
+
+std::string backendName(const testing::TestParamInfo<Backend> &info)
+{
+    return info.param == Backend::SQLite ? "SQLite" : "PostgreSQL";
+}
+
+} // namespace
+
+TEST_P(SortOrderSQL, ATitleClickRewritesTheOrderByAndKeepsRecordAndSelection)
+{
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("id"));
+    EXPECT_EQ(query.SQL()->Text().trimmed(), QStringLiteral("SELECT id, name, qty\nFROM items\nORDER BY id;"));
+    for (int recNo : {5, 50}) {
+        query.SetRecNo(recNo);
+        grid.SelectRow();
+    }
+    query.SetRecNo(120);
+    ASSERT_EQ(value("id"), 120);
+    const int raw = grid.DataToRawColumn(grid.GetColumns()->FindColumn(QStringLiteral("qty"))->Index());
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(raw, 0).center());
+    EXPECT_EQ(query.SQL()->Text().trimmed(), QStringLiteral("SELECT id, name, qty\nFROM items\nORDER BY qty;"));
+    EXPECT_TRUE(query.Active());
+    EXPECT_EQ(value("id"), 120); // the same record, wherever it is now
+    EXPECT_EQ(grid.SelectedRows().Count(), 2);
+    // The rows come in the new order.
+    query.First();
+    int last = -1;
+    for (int i = 0; i < 50 && !query.Eof(); ++i, query.Next()) {
+        EXPECT_GE(value("qty"), last);
+        last = value("qty");
+    }
+
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(raw, 0).center());
+    EXPECT_TRUE(query.SQL()->Text().contains(QStringLiteral("ORDER BY qty DESC;")));
+    query.First();
+    EXPECT_EQ(value("qty"), 100);
+}
+
+TEST_P(SortOrderSQL, ARefusedOrderLeavesTheGridUsable)
+{
+    query.SetRecNo(42);
+    try {
+        grid.ChangeDataSetOrder(QStringLiteral("no_such_column DESC"));
+        FAIL() << "the server accepted an unknown column";
+    } catch (const EDatabaseError &) {
+    }
+    // The old query came back, at the same record, and the grid is not locked.
+    EXPECT_TRUE(query.Active());
+    EXPECT_TRUE(query.SQL()->Text().contains(QStringLiteral("ORDER BY id;")));
+    EXPECT_EQ(value("id"), 42);
+    EXPECT_FALSE(grid.UpdateLocked());
+    QTest::keyClick(&grid, Qt::Key_Down);
+    EXPECT_EQ(value("id"), 43);
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), grid.Row()), QStringLiteral("43"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Databases, SortOrderSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), backendName);
