@@ -163,8 +163,9 @@ void TQDBGridColumns::UpdateMarkers()
 
 void TQDBGridColumns::Notify(TCollectionItem *item, TCollectionNotification action)
 {
+    // A column on its way out may be half destroyed: compared as an item, never cast.
     if (action != TCollectionNotification::cnAdded)
-        markers_.removeAll(static_cast<TQColumn *>(item));
+        markers_.removeIf([item](TQColumn *c) { return static_cast<TCollectionItem *>(c) == item; });
     TCollectionOf<TQColumn>::Notify(item, action);
 }
 
