@@ -1,5 +1,6 @@
 #include "ExplorerWindow.h"
 
+#include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
 
 #include <QAction>
@@ -8,8 +9,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QSplitter>
+#include <QSqlIndex>
 #include <QStatusBar>
 #include <QUrl>
 
@@ -24,7 +25,9 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     table_.SetConnection(&connection_);
     source_.SetDataSet(&table_);
     grid_->SetDataSource(&source_);
-    grid_->SetOptions(grid_->GetOptions() + dgAlwaysShowSelection);
+    grid_->SetOptions(grid_->GetOptions() + dgAlwaysShowSelection + dgMultiSelect);
+    // A title click sorts the table; the record the user is on stays current.
+    grid_->SetOptionsEx(grid_->GetOptionsEx() + dgLoadCurrentOrder + dgAutoUpdateOrder + dgAutoKeepSelection);
 
     auto *splitter = new QSplitter;
     splitter->addWidget(tables_);
@@ -90,6 +93,8 @@ bool ExplorerWindow::ShowTable(const QString &name)
     try {
         table_.Close();
         table_.SetTableName(name);
+        table_.SetIndexFieldNames(QString());
+        grid_->SetKeyFields(primaryKey(name));
         table_.Open();
         setWindowTitle(tr("%1 - Explorer").arg(name));
         const QSignalBlocker block(tables_);
@@ -102,6 +107,15 @@ bool ExplorerWindow::ShowTable(const QString &name)
         showError(e.Message());
         return false;
     }
+}
+
+QString ExplorerWindow::primaryKey(const QString &table)
+{
+    const QSqlIndex index = connection_.Database().primaryIndex(table);
+    QStringList names;
+    for (int i = 0; i < index.count(); ++i)
+        names << index.fieldName(i);
+    return names.join(QLatin1Char(';'));
 }
 
 void ExplorerWindow::chooseFile()
@@ -132,7 +146,7 @@ void ExplorerWindow::showError(const QString &text)
 {
     statusBar()->showMessage(text, 10000);
     if (isVisible())
-        QMessageBox::warning(this, windowTitle(), text);
+        MessageDlg(text, mtError, {mbOK});
 }
 
 } // namespace explorer

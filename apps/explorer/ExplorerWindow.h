@@ -31,6 +31,8 @@ public:
 
 private:
     void chooseFile();
+    // The table's primary key as key fields: how the grid finds the record again after a sort.
+    QString primaryKey(const QString &table);
     void updateCounter();
     void showError(const QString &text);
 

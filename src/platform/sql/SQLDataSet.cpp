@@ -229,6 +229,40 @@ int TCustomSQLDataSet::CachedRows() const
     return rows;
 }
 
+bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
+                                     bool syncCursor)
+{
+    // Rows the client filter hides, partial or case-blind matches and lookups (which want
+    // the record in a buffer) take the general walk.
+    bool direct = source_ && syncCursor && options == TLocateOptions{} && !(Filtered() && OnFilterRecord());
+    QList<int> columns;
+    QList<QVariant> values;
+    const Variant::Array *array = fields.size() > 1 && keyValues.IsArray() ? &keyValues.ToArray() : nullptr;
+    if (fields.size() > 1 && (!array || array->size() != fields.size()))
+        direct = false;
+    for (int i = 0; direct && i < fields.size(); ++i) {
+        TField *f = fields[i];
+        const int slot = f->FieldNo() - 1;
+        direct = f->FieldKind() == fkData && slot >= 0 && slot < columnOfField_.size();
+        if (direct) {
+            columns << columnOfField_[slot];
+            values << ToDatabase(array ? array->at(i) : keyValues, f, connection_->Dialect());
+        }
+    }
+    if (direct) {
+        CheckBrowseMode();
+        CursorPosChanged();
+        const qint64 found = source_->Find(columns, values);
+        if (found >= 0) {
+            pos_ = found;
+            return true;
+        }
+        if (found == -1)
+            return false;
+    }
+    return TDataSet::LocateRecord(fields, keyValues, options, syncCursor);
+}
+
 bool TCustomSQLDataSet::clientFilterAccepts(TRecordBuffer &buffer)
 {
     if (!Filtered() || !OnFilterRecord())

@@ -83,6 +83,9 @@ protected:
     bool FetchFieldData(TField *field, TRecordBuffer &buffer, Variant &value) override;
     const Variant *PeekFieldData(TField *field, const TRecordBuffer &buffer) const override;
     bool GetCanModify() const override;
+    // An exact search asks the database where the record is rather than reading every row.
+    bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
+                      bool syncCursor) override;
     void FilterChanged() override;
 
     QString Quote(const QString &name) const;

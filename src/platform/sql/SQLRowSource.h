@@ -36,6 +36,9 @@ public:
     virtual void Pause() {}
     // Starts over on fresh data after the database changed.
     virtual void Reset() = 0;
+    // The position of the first row whose columns hold the values (null matching null), -1
+    // when there is none, -2 when this source cannot search by itself.
+    virtual qint64 Find(const QList<int> &, const QList<QVariant> &) { return -2; }
 
     // The source suited to the connection's database.
     static std::unique_ptr<SQLRowSource> Create(TSQLConnection *connection, const QString &sql,

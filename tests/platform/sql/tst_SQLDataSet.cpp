@@ -116,6 +116,34 @@ TEST_P(SQLDataSetTest, FieldsTakeTheColumnTypes)
     EXPECT_EQ(F(table, "Unit Price")->AsFloat(), 0.25);
 }
 
+TEST_P(SQLDataSetTest, LocateFindsRecordsInTheCurrentOrder)
+{
+    table.SetIndexFieldNames(QStringLiteral("qty:D"));
+    table.Open();
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 17, {}));
+    EXPECT_EQ(F(table, "id")->AsInteger(), 17);
+    EXPECT_EQ(table.RecNo(), Rows - 17 + 1); // counted in the order shown
+    // A null matches a null; several fields at once; a miss leaves the record where it was.
+    ASSERT_TRUE(table.Locate(QStringLiteral("name"), Variant::Null(), {}));
+    EXPECT_TRUE(F(table, "name")->IsNull());
+    EXPECT_EQ(F(table, "id")->AsInteger() % 10, 0);
+    ASSERT_TRUE(table.Locate(QStringLiteral("name;qty"), VarArrayOf({QStringLiteral("r33"), 33}), {}));
+    EXPECT_EQ(F(table, "id")->AsInteger(), 33);
+    EXPECT_FALSE(table.Locate(QStringLiteral("name;qty"), VarArrayOf({QStringLiteral("r33"), 34}), {}));
+    EXPECT_EQ(F(table, "id")->AsInteger(), 33);
+    // Text typed by a user is a value, never SQL.
+    EXPECT_FALSE(table.Locate(QStringLiteral("name"), QStringLiteral("x' OR '1'='1"), {}));
+    // Case-blind and partial searches still work, the long way.
+    ASSERT_TRUE(table.Locate(QStringLiteral("name"), QStringLiteral("R4"), {loCaseInsensitive}));
+    EXPECT_EQ(F(table, "name")->AsString(), QStringLiteral("r4"));
+    // A filter narrows what is found.
+    table.SetFilter(QStringLiteral("qty < 100"));
+    table.SetFiltered(true);
+    EXPECT_FALSE(table.Locate(QStringLiteral("id"), 150, {}));
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 50, {}));
+    EXPECT_EQ(table.RecNo(), 99 - 50 + 1);
+}
+
 TEST_P(SQLDataSetTest, NavigatesTheWholeResultWithBoundedMemory)
 {
     table.Open();
