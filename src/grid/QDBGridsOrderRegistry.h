@@ -48,7 +48,12 @@ class TChangeOrderList
 public:
     int Count() const { return int(items_.size()); }
     const TChangeOrderItem &Item(int index) const { return *items_[size_t(index)]; }
-    void Add(std::unique_ptr<TChangeOrderItem> item) { items_.push_back(std::move(item)); }
+    // A new row may serve data sets an older one served: the remembered find is dropped.
+    void Add(std::unique_ptr<TChangeOrderItem> item)
+    {
+        items_.push_back(std::move(item));
+        found_ = -1;
+    }
     void Remove(const QString &className, TChangeOrder changeOrder);
     // The handler for a data set: for changing its order, or for reading it.
     const TChangeOrderItem *Find(TDataSet *dataSet, bool forChange);

@@ -3,6 +3,9 @@
 // Small data set classes named like the ones the order registry knows by name.
 
 #include "data/QDBCustData.h"
+#include "grid/QDBGridsOrderText.h"
+#include "platform/db/MemTable.h"
+#include "platform/rtl/Strings.h"
 
 namespace qdb::test {
 
@@ -55,6 +58,29 @@ class TFDQuery : public TQDBCustomData
 public:
     using TQDBCustomData::TQDBCustomData;
     QString indexFieldNames;
+};
+
+// An in-memory table under the name of a query that sorts on the client through "Sort".
+class TADOQuery : public TMemTable
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Sort READ Sort WRITE SetSort)
+    Q_PROPERTY(qdb::test::TCursorLocation CursorLocation MEMBER cursorLocation)
+    Q_PROPERTY(qdb::TStrings *SQL READ SQL)
+
+public:
+    QString Sort() const { return sort_; }
+    void SetSort(const QString &sort)
+    {
+        sort_ = sort;
+        SetIndexFieldNames(OrderFieldsToIndexFields(sort, QStringLiteral(":A;:D;:N")));
+    }
+    TStrings *SQL() { return &sql_; }
+    TCursorLocation cursorLocation = clUseClient;
+
+private:
+    QString sort_;
+    TStringList sql_;
 };
 
 } // namespace qdb::test

@@ -319,3 +319,64 @@ TEST_P(SortOrderSQL, ARefusedOrderLeavesTheGridUsable)
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, SortOrderSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), backendName);
+
+// ---- the adapters ----
+
+#include "OrderTestDataSets.h"
+#include "grid/QDBGridsADO.h"
+#include "grid/QDBGridsCDS.h"
+
+TEST_F(SortOrder, TheClientDataSetAdapterKeepsDescendingFieldsInAnIndexOfItsOwn)
+{
+    InitializeQDBGridsCDS();
+    InitializeQDBGridsCDS(); // nested: one finalisation leaves it in place
+    FinalizeQDBGridsCDS();
+    table->SetRecNo(12);
+    grid.SetOrderFields(QStringLiteral("Paid DESC,Qty"));
+    EXPECT_EQ(table->IndexName(), QStringLiteral("TQDBGridIndex"));
+    const TIndexDef *def = table->IndexDefs().Find(QStringLiteral("TQDBGridIndex"));
+    ASSERT_NE(def, nullptr);
+    EXPECT_EQ(def->Fields, QStringLiteral("Paid;Qty"));
+    EXPECT_EQ(def->DescFields, QStringLiteral("Paid"));
+    EXPECT_EQ(grid.CurrentDataSetOrder(), QStringLiteral("Paid DESC,Qty"));
+    EXPECT_EQ(id(), 12);
+    table->First();
+    EXPECT_TRUE(table->FieldByName(QStringLiteral("Paid"))->AsBoolean());
+
+    // Ascending only: the plain field list, and the index is gone.
+    grid.SetOrderFields(QStringLiteral("Qty"));
+    EXPECT_TRUE(table->IndexName().isEmpty());
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty"));
+    EXPECT_EQ(table->IndexDefs().IndexOf(QStringLiteral("TQDBGridIndex")), -1);
+    FinalizeQDBGridsCDS();
+    // Back to the built-in handler: suffixes in the field list.
+    grid.SetOrderFields(QStringLiteral("Qty DESC"));
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty:D"));
+}
+
+TEST_F(SortOrder, TheADOAdapterSortsThroughSortOnAClientCursor)
+{
+    InitializeQDBGridsADO();
+    test::TADOQuery query;
+    query.FieldDefs().Add(QStringLiteral("ID"), ftInteger);
+    query.FieldDefs().Add(QStringLiteral("Name"), ftString, 10);
+    query.CreateDataSet();
+    for (int i = 1; i <= 5; ++i)
+        query.AppendRecord({i, QStringLiteral("n%1").arg(6 - i)});
+    query.SQL()->SetText(QStringLiteral("SELECT * FROM t ORDER BY ID"));
+    source.SetDataSet(&query);
+    grid.SetOrderFields(QStringLiteral("Name"));
+    EXPECT_EQ(query.Sort(), QStringLiteral("Name"));
+    query.First();
+    EXPECT_EQ(query.FieldByName(QStringLiteral("ID"))->AsInteger(), 5);
+    EXPECT_EQ(grid.CurrentDataSetOrder(), QStringLiteral("Name"));
+
+    // A server cursor cannot sort this way: another handler serves it (the in-memory
+    // table's, the class deriving from it), and Sort is left alone.
+    query.cursorLocation = test::clUseServer;
+    grid.SetOrderFields(QStringLiteral("ID DESC"));
+    EXPECT_EQ(query.Sort(), QStringLiteral("Name"));
+    EXPECT_EQ(query.IndexFieldNames(), QStringLiteral("ID:D"));
+    FinalizeQDBGridsADO();
+    source.SetDataSet(table.get());
+}
