@@ -167,6 +167,17 @@ void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
             d_->markers.Draw(painter, cell.right() - size - 1, cell.top() + (cell.height() - size) / 2,
                              title->GetMarker() == tmAscend ? 0 : 1);
             cell.setRight(cell.right() - size - 2);
+            // Sorted by several columns: each marker shows its level.
+            if (title->GetMarkerIndex() >= 2 && d_->columns->MarkerList().size() > 1) {
+                QFont small = title->GetFont();
+                small.setPointSizeF(qMax(6.0, small.pointSizeF() * 0.75));
+                painter.setFont(small);
+                painter.setPen(palette().color(QPalette::ButtonText));
+                const QString level = QString::number(title->OrderIndex() + 1);
+                const int w = QFontMetrics(small).horizontalAdvance(level) + 1;
+                painter.drawText(QRect(cell.right() - w, cell.top(), w, cell.height()), Qt::AlignRight | Qt::AlignVCenter, level);
+                cell.setRight(cell.right() - w - 1);
+            }
         }
         caption(cell, title, title->GetCaption());
     };

@@ -216,3 +216,16 @@ TEST_F(DBGridPaint, ColumnImagesComeFromTheFieldOrTheApplication)
     EXPECT_EQ(shot.pixelColor(second.left() + 4, second.center().y()), QColor(Qt::red));
     qty->OnCalcImageIndex = nullptr;
 }
+
+TEST_F(DBGridPaint, SortLevelsShowBesideTheirMarkers)
+{
+    const QRect title = grid.CellRect(grid.DataToRawColumn(2), 0);
+    const int msize = grid.Markers().Size();
+    const QRect levelArea(title.right() - msize - 12, title.top() + 2, 10, title.height() - 4);
+    grid.SetOrderFields(QStringLiteral("Qty"));
+    const QImage one = Shot(grid).copy(levelArea);
+    grid.SetOrderFields(QStringLiteral("Qty,Name DESC"));
+    const QImage two = Shot(grid).copy(levelArea);
+    EXPECT_NE(one, two); // the level number appeared
+    EXPECT_EQ(grid.GetColumns()->Items(1)->GetTitle()->GetMarker(), tmDescend);
+}

@@ -264,3 +264,25 @@ TEST_F(MultiSelect, SelectedRowsShowInTheSelectionColourAndTheIndicator)
     EXPECT_TRUE(DrawnAt(shot, grid.Indicators().Image(3),
                         QPoint(indicator.x() + (indicator.width() - size) / 2, indicator.y() + (indicator.height() - size) / 2)));
 }
+
+TEST_F(MultiSelect, DeletingTheSelectionDeletesThoseRecords)
+{
+    std::vector<TSelectAction> actions;
+    grid.OnRowSelect = [&](TQCustomDBGrid *, TSelectAction action) { actions.push_back(action); };
+    selectRecords({2, 4, 6});
+    grid.SelectedRows().Delete();
+    EXPECT_EQ(grid.SelectedRows().Count(), 0);
+    EXPECT_EQ(table->RecordCount(), 27);
+    EXPECT_FALSE(table->Locate(QStringLiteral("ID"), 4, {}));
+    EXPECT_TRUE(table->Locate(QStringLiteral("ID"), 5, {}));
+    EXPECT_EQ(actions.back(), saDelete);
+
+    // A drag that selects as it goes tells once, when the events are through.
+    actions.clear();
+    grid.BeginSelect();
+    selectRecords({1, 3});
+    grid.DelayEndSelect();
+    EXPECT_TRUE(actions.empty());
+    QApplication::processEvents();
+    EXPECT_EQ(actions.size(), 1u);
+}

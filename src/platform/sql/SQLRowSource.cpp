@@ -244,9 +244,13 @@ public:
         count_ = -1;
     }
 
-    // SQLite compares, the loop only counts: no row is read into values on the way.
+    // SQLite compares, the loop only counts: no row is read into values on the way. Rows
+    // SQLite sorts itself are better read once by the data set, which keeps the pages
+    // around the record it finds: searching here would cost a second sort for them.
     qint64 Find(const QList<int> &columns, const QList<QVariant> &values) override
     {
+        if (sorted_)
+            return -2;
         QStringList tests;
         for (int c : columns)
             tests << QStringLiteral("\"%1\" IS ?").arg(record_.fieldName(c).replace(QLatin1Char('"'), QLatin1String("\"\"")));

@@ -118,6 +118,16 @@ TEST_P(SQLDataSetTest, FieldsTakeTheColumnTypes)
 
 TEST_P(SQLDataSetTest, LocateFindsRecordsInTheCurrentOrder)
 {
+    // In the key's order the database searches; sorted by another column the rows are read.
+    table.Open();
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 417, {}));
+    EXPECT_EQ(F(table, "id")->AsInteger(), 417);
+    EXPECT_EQ(table.RecNo(), 417);
+    ASSERT_TRUE(table.Locate(QStringLiteral("name;qty"), VarArrayOf({QStringLiteral("r33"), 33}), {}));
+    EXPECT_EQ(table.RecNo(), 33);
+    EXPECT_FALSE(table.Locate(QStringLiteral("id"), Rows + 1, {}));
+    EXPECT_EQ(table.RecNo(), 33);
+    table.Close();
     table.SetIndexFieldNames(QStringLiteral("qty:D"));
     table.Open();
     ASSERT_TRUE(table.Locate(QStringLiteral("id"), 17, {}));
