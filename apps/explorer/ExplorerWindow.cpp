@@ -36,6 +36,9 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     splitter->setSizes({180, 820});
     setCentralWidget(splitter);
     statusBar()->addWidget(location_, 1);
+    // Room for large tables, so that the counter does not jump about as it changes.
+    counter_->setMinimumWidth(counter_->fontMetrics().horizontalAdvance(tr("Record %1 of %2").arg(99999999).arg(99999999)));
+    counter_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     statusBar()->addPermanentWidget(counter_);
 
     QMenu *file = menuBar()->addMenu(tr("&File"));
