@@ -32,7 +32,8 @@ struct TQCustomDBGrid::Private
     TQGridStyle *style = nullptr;
     TQDBGridOptions options{dgEditing, dgTitles, dgIndicator, dgColumnResize, dgColLines, dgRowLines, dgTabs,
                             dgConfirmDelete, dgCancelOnExit, dgTitleClick, dgMarkerAutoToggle};
-    TQDBGridOptionsEx optionsEx{dgBlankRow, dgAutoAscendOrder};
+    TQDBGridOptionsEx optionsEx{dgBlankRow,         dgAutoUpdateTotals, dgDelayUpdateTotals,
+                                dgCalcWholeDataSet, dgCalcSelectedRows, dgAutoAscendOrder};
     TQDBGridOptionsExt optionsExt;
     QFont titleFont;
     bool titleFontAssigned = false;
