@@ -48,6 +48,13 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
 
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    QAction *fit = view->addAction(tr("&Fit columns to their content"), grid_, &TQDBGrid::AdjustColumnsWidth);
+    fit->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F));
+    QAction *stretch = view->addAction(tr("&Stretch columns to the window"));
+    stretch->setCheckable(true);
+    connect(stretch, &QAction::toggled, this, [this](bool on) { grid_->SetStretchMode(on); });
+
     connect(tables_, &QListWidget::currentTextChanged, this, [this](const QString &name) {
         if (!name.isEmpty())
             ShowTable(name);

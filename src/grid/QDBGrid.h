@@ -294,6 +294,8 @@ public:
     const QList<TQColumn *> &ShowingColumns() const;
     // Fits the columns' widths to the client width by their base widths.
     void StretchGrid();
+    // Fits every showing column to its title and the records in view.
+    void AdjustColumnsWidth();
     bool StretchActive() const;
     // The free base widths and the width left for them at the last stretch pass.
     int StretchBaseSum() const;
@@ -446,6 +448,7 @@ protected:
     void SetEditText(int col, int row, const QString &text) override;
     bool AcceptEditText() override;
     void FixedCellClick(int col, int row, Qt::KeyboardModifiers modifiers) override;
+    void FitColumn(int col) override;
     void PrepareEditor(QWidget *editor) override;
     void UpdateScrollBars() override;
     void TopLeftChanged() override;

@@ -246,6 +246,34 @@ void TQCustomDBGrid::layoutBottomRows()
         RowAxis().SetSize(blank, qMax(0, GetBlankHeight() - GridLineWidth()));
 }
 
+namespace {
+
+// A column the grid made keeps its width in whole characters: it gets the next one up
+// rather than cut its widest text.
+void fitToContent(TQColumn *column)
+{
+    const int want = column->OptimalWidth();
+    column->SetWidth(want);
+    if (column->GetWidth() < want)
+        column->SetWidth(want + QFontMetrics(column->GetFont()).horizontalAdvance(QLatin1Char('0')));
+}
+
+} // namespace
+
+void TQCustomDBGrid::FitColumn(int col)
+{
+    if (TQColumn *column = ColumnAt(col))
+        fitToContent(column);
+}
+
+void TQCustomDBGrid::AdjustColumnsWidth()
+{
+    BeginLayout();
+    for (TQColumn *c : std::as_const(d_->showing))
+        fitToContent(c);
+    EndLayout();
+}
+
 // ---- stretching ----
 
 bool TQCustomDBGrid::StretchActive() const { return d_->stretchMode; }

@@ -776,3 +776,25 @@ TEST_F(DBGrid, TheEditorTakesTheEditorColourAndTheColumnsInputMethod)
     key(Qt::Key_Escape);
     EXPECT_EQ(grid.GetColumns()->Items(2)->GetImeMode(), imDontCare); // the grid's, for the others
 }
+
+TEST_F(DBGrid, ADoubleClickOnATitleBorderFitsTheColumn)
+{
+    TQColumn *name = grid.GetColumns()->Items(1);
+    name->SetWidth(300);
+    const int raw = grid.DataToRawColumn(1);
+    const QRect title = grid.CellRect(raw, 0);
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, QPoint(title.right() + 1, title.center().y()));
+    // Fitted, to the whole character the grid keeps such a column's width in.
+    const int digit = QFontMetrics(name->GetFont()).horizontalAdvance(QLatin1Char('0'));
+    EXPECT_GE(name->GetWidth(), name->OptimalWidth());
+    EXPECT_LE(name->GetWidth(), name->OptimalWidth() + 2 * digit);
+    EXPECT_EQ(grid.ColWidths(raw), name->GetWidth());
+
+    // All at once: every column takes its fitted width.
+    grid.GetColumns()->Items(2)->SetWidth(250);
+    grid.AdjustColumnsWidth();
+    for (TQColumn *c : grid.ShowingColumns()) {
+        EXPECT_GE(c->GetWidth(), c->OptimalWidth()) << c->GetFieldName().toStdString();
+        EXPECT_LE(c->GetWidth(), c->OptimalWidth() + 2 * digit) << c->GetFieldName().toStdString();
+    }
+}

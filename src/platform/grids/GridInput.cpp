@@ -222,6 +222,12 @@ void TCustomGrid::mouseReleaseEvent(QMouseEvent *event)
 void TCustomGrid::mouseDoubleClickEvent(QMouseEvent *event)
 {
     const QPoint p = event->position().toPoint();
+    // A double click on a title's border fits the column to what it shows.
+    if (const int sizing = sizingColumnAt(p.x(), p.y()); sizing >= 0 && event->button() == Qt::LeftButton) {
+        drag_ = Drag::None;
+        FitColumn(sizing);
+        return;
+    }
     const QPoint cell = MouseCoord(p.x(), p.y());
     if (cell.x() >= FixedCols() && cell.y() >= FixedRows() && options_.Contains(goEditing))
         ShowEditor();

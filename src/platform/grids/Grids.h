@@ -109,6 +109,8 @@ protected:
     virtual void PrepareEditor(QWidget *) {}
     // Takes the editor's text when the user confirms it; false keeps the editor open.
     virtual bool AcceptEditText() { return true; }
+    // Fits a column's width to its content (a double click on its title's border).
+    virtual void FitColumn(int) {}
     // A click on a fixed cell (a title, the indicator) that did not start a drag.
     virtual void FixedCellClick(int, int, Qt::KeyboardModifiers) {}
     virtual void UpdateScrollBars();
