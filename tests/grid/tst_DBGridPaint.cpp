@@ -229,3 +229,52 @@ TEST_F(DBGridPaint, SortLevelsShowBesideTheirMarkers)
     EXPECT_NE(one, two); // the level number appeared
     EXPECT_EQ(grid.GetColumns()->Items(1)->GetTitle()->GetMarker(), tmDescend);
 }
+
+namespace {
+
+// The columns of a cell's pixels that hold something else than the background.
+QList<int> inkColumns(const QImage &shot, const QRect &cell, const QColor &background)
+{
+    QList<int> xs;
+    for (int x = cell.left(); x <= cell.right(); ++x)
+        for (int y = cell.top(); y <= cell.bottom(); ++y)
+            if (!SameColor(shot.pixelColor(x, y), background)) {
+                xs << x;
+                break;
+            }
+    return xs;
+}
+
+} // namespace
+
+TEST_F(DBGridPaint, TextKeepsToItsSideAndLineAndMirrorsRightToLeft)
+{
+    const QRect cell = grid.CellRect(grid.DataToRawColumn(1), firstRow() + 1); // Name "r2", left-aligned
+    QList<int> ink = inkColumns(Shot(grid), cell, Qt::white);
+    ASSERT_FALSE(ink.isEmpty());
+    EXPECT_LT(ink.first(), cell.left() + 6);
+    EXPECT_LT(ink.last(), cell.center().x());
+
+    grid.setLayoutDirection(Qt::RightToLeft);
+    const QRect mirrored = grid.CellRect(grid.DataToRawColumn(1), firstRow() + 1);
+    ink = inkColumns(Shot(grid), mirrored, Qt::white);
+    ASSERT_FALSE(ink.isEmpty());
+    EXPECT_GT(ink.last(), mirrored.right() - 6); // the text keeps to the right now
+    grid.GetColumns()->Items(1)->SetSuppressRTL(true);
+    ink = inkColumns(Shot(grid), mirrored, Qt::white);
+    EXPECT_LT(ink.first(), mirrored.left() + 6); // unless the column keeps its side
+    grid.setLayoutDirection(Qt::LeftToRight);
+
+    // Two lines a row: a top-justified text sits in the upper half.
+    grid.SetLinesCount(2);
+    grid.GetColumns()->Items(1)->SetVAlignment(tvTopJustify);
+    const QRect tall = grid.CellRect(grid.DataToRawColumn(1), firstRow() + 1);
+    const QImage shot = Shot(grid);
+    int lowest = -1;
+    for (int y = tall.top(); y <= tall.bottom(); ++y)
+        for (int x = tall.left(); x < tall.right(); ++x)
+            if (!SameColor(shot.pixelColor(x, y), Qt::white))
+                lowest = y;
+    ASSERT_GE(lowest, 0);
+    EXPECT_LT(lowest, tall.center().y());
+}
