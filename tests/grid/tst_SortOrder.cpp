@@ -5,6 +5,7 @@
 #include "grid/QDBGrid.h"
 
 #include "DbTestSupport.h"
+#include "SQLTestSupport.h"
 #include "TestSupport.h"
 
 #include "platform/rtl/Exceptions.h"
@@ -200,29 +201,14 @@ TEST_F(SortOrder, WithoutAHandlerTheApplicationIsTold)
 
 namespace {
 
-enum class Backend { SQLite, PostgreSQL };
-
 class SortOrderSQL : public testing::TestWithParam<Backend>
 {
 protected:
     void SetUp() override
     {
         RegisterDBTypes();
-        if (GetParam() == Backend::PostgreSQL) {
-            const QByteArray url = qgetenv("QDB_PG_URL");
-            if (url.isEmpty())
-                GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-            admin.SetConnectionString(QString::fromUtf8(url));
-            database = QStringLiteral("qdb_sort_%1").arg(QCoreApplication::applicationPid());
-            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
-            admin.ExecSQL(QStringLiteral("CREATE DATABASE %1").arg(database));
-            connection.SetConnectionString(QString::fromUtf8(url));
-            connection.SetDatabaseName(database);
-        } else {
-            connection.SetConnectionString(QStringLiteral("sqlite:") + dir.filePath(QStringLiteral("sort.db")));
-            connection.SetCreateDatabase(true);
-        }
-        connection.Open();
+        if (!db.Open(GetParam(), connection, QStringLiteral("sort")))
+            GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, name VARCHAR(30), qty INTEGER)"));
         connection.StartTransaction();
         for (int i = 1; i <= 500; ++i)
@@ -247,26 +233,16 @@ protected:
         grid.SetDataSource(nullptr);
         query.Close();
         connection.Close();
-        if (!database.isEmpty()) {
-            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
-            admin.Close();
-        }
+        db.Drop();
     }
     int value(const char *field) { return query.FieldByName(QString::fromLatin1(field))->AsInteger(); }
 
-    QTemporaryDir dir;
-    TSQLConnection admin;
-    QString database;
+    TestDatabase db;
     TSQLConnection connection;
     TSQLQuery query;
     TDataSource source;
     TQDBGrid grid;
 };
-
-std::string backendName(const testing::TestParamInfo<Backend> &info)
-{
-    return info.param == Backend::SQLite ? "SQLite" : "PostgreSQL";
-}
 
 } // namespace
 
@@ -318,7 +294,7 @@ TEST_P(SortOrderSQL, ARefusedOrderLeavesTheGridUsable)
     EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), grid.Row()), QStringLiteral("43"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Databases, SortOrderSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), backendName);
+INSTANTIATE_TEST_SUITE_P(Databases, SortOrderSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), BackendName);
 
 // ---- the adapters ----
 

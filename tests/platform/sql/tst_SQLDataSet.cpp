@@ -1,6 +1,7 @@
 #include "platform/rtl/Exceptions.h"
 #include "platform/sql/SQLDataSet.h"
 
+#include "SQLTestSupport.h"
 #include "TestSupport.h"
 
 #include <QCoreApplication>
@@ -9,15 +10,9 @@
 #include <gtest/gtest.h>
 
 using namespace qdb;
+using qdb::test::Backend;
 
 namespace {
-
-enum class Backend { SQLite, PostgreSQL };
-
-std::string backendName(const testing::TestParamInfo<Backend> &info)
-{
-    return info.param == Backend::SQLite ? "SQLite" : "PostgreSQL";
-}
 
 constexpr int Rows = 600;
 
@@ -29,22 +24,8 @@ protected:
     void SetUp() override
     {
         RegisterDBTypes();
-        if (GetParam() == Backend::PostgreSQL) {
-            const QByteArray url = qgetenv("QDB_PG_URL");
-            if (url.isEmpty())
-                GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-            // A database of its own, as tests run side by side.
-            admin.SetConnectionString(QString::fromUtf8(url));
-            database = QStringLiteral("qdb_%1").arg(QCoreApplication::applicationPid());
-            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
-            admin.ExecSQL(QStringLiteral("CREATE DATABASE %1").arg(database));
-            connection.SetConnectionString(QString::fromUtf8(url));
-            connection.SetDatabaseName(database);
-        } else {
-            connection.SetConnectionString(QStringLiteral("sqlite:") + dir.filePath(QStringLiteral("test.db")));
-            connection.SetCreateDatabase(true);
-        }
-        connection.Open();
+        if (!db.Open(GetParam(), connection, QStringLiteral("test")))
+            GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         const bool pg = GetParam() == Backend::PostgreSQL;
         connection.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS orders"));
         connection.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS loose"));
@@ -78,16 +59,13 @@ protected:
     {
         table.Close();
         connection.Close();
-        if (!database.isEmpty())
-            admin.ExecSQL(QStringLiteral("DROP DATABASE IF EXISTS %1").arg(database));
+        db.Drop();
     }
 
     TField *F(TDataSet &ds, const char *name) { return ds.FieldByName(QString::fromLatin1(name)); }
     Variant scalar(const QString &sql) { return connection.ExecScalar(sql); }
 
-    QTemporaryDir dir;
-    TSQLConnection admin;
-    QString database;
+    test::TestDatabase db;
     TSQLConnection connection;
     TSQLTable table;
 };
@@ -320,7 +298,7 @@ TEST_P(SQLDataSetTest, BadStatementsRaiseReadableErrors)
     EXPECT_EQ(table.RecordCount(), Rows);
 }
 
-INSTANTIATE_TEST_SUITE_P(Databases, SQLDataSetTest, testing::Values(Backend::SQLite, Backend::PostgreSQL), backendName);
+INSTANTIATE_TEST_SUITE_P(Databases, SQLDataSetTest, testing::Values(Backend::SQLite, Backend::PostgreSQL), test::BackendName);
 
 TEST(SQLConnection, ConnectionStringsAndFailures)
 {
