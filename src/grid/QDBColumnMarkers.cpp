@@ -13,28 +13,6 @@ TMarker markerOf(int index)
     return index < 0 ? tmNone : (index & 1) ? tmDescend : tmAscend;
 }
 
-// Runs f inside the grid's order-update bracket: the order is looked at once, at its end,
-// where applying it to the data set may raise.
-template <typename F>
-void withOrderUpdate(TQCustomDBGrid *grid, F &&f)
-{
-    if (!grid) {
-        f();
-        return;
-    }
-    grid->BeginOrderUpdate();
-    try {
-        f();
-    } catch (...) {
-        try {
-            grid->EndOrderUpdate();
-        } catch (...) {
-        }
-        throw;
-    }
-    grid->EndOrderUpdate();
-}
-
 } // namespace
 
 int TQColumnTitle::OrderIndex() const
@@ -54,7 +32,7 @@ void TQColumnTitle::SetMarkerIndex(int value)
         marker_ = markerOf(value);
         return;
     }
-    withOrderUpdate(grid, [&] {
+    WithOrderUpdate(grid, [&] {
         const TQDBGridOptions options = grid->GetOptions();
         if (options.Contains(dgMarkerAscendOnly) && value >= 0)
             value &= ~1;
@@ -99,7 +77,7 @@ void TQColumnTitle::ToggleMarker(bool reset)
     TQCustomDBGrid *grid = column_->GetGrid();
     if (!columns || !grid)
         return;
-    withOrderUpdate(grid, [&] { toggle(reset); });
+    WithOrderUpdate(grid, [&] { toggle(reset); });
 }
 
 void TQColumnTitle::toggle(bool reset)

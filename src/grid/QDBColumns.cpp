@@ -72,7 +72,7 @@ void TQColumnTitle::SetHeader(const QString &header)
 QColor TQColumnTitle::DefaultColor() const
 {
     TQCustomDBGrid *grid = column_->GetGrid();
-    return grid ? grid->PaintColor(grid->GetFixedColor(), grid->palette().color(QPalette::Button)) : QColor(Qt::lightGray);
+    return grid ? grid->FixedFaceColor() : QColor(Qt::lightGray);
 }
 
 QColor TQColumnTitle::GetColor() const
@@ -185,7 +185,7 @@ TQColumn::TQColumn(TCollection *collection)
 QColor TQColumn::DefaultColor() const
 {
     TQCustomDBGrid *grid = GetGrid();
-    return grid ? grid->PaintColor(grid->GetColor(), grid->palette().color(QPalette::Base)) : QColor(Qt::white);
+    return grid ? grid->CellColor() : QColor(Qt::white);
 }
 
 QColor TQColumn::GetColor() const

@@ -68,19 +68,11 @@ void TQDBGridColumns::LoadFromStream(QIODevice &stream)
         JsonToComponent(&wrapper, stream.readAll());
     }
     // The columns and their order arrive together: the order is looked at once, after both.
-    if (grid_)
-        grid_->BeginOrderUpdate();
-    try {
+    WithOrderUpdate(grid_, [&] {
         Assign(*fresh);
         if (grid_)
             grid_->SetOrderFields(wrapper.orderFields);
-    } catch (...) {
-        if (grid_)
-            grid_->EndOrderUpdate();
-        throw;
-    }
-    if (grid_)
-        grid_->EndOrderUpdate();
+    });
 }
 
 void TQDBGridColumns::SaveToFile(const QString &fileName)

@@ -272,6 +272,9 @@ public:
     QColor DefaultSelectRowColor() const;
     // The colour painted for a colour property: its own, or the computed default.
     QColor PaintColor(TColor color, const QColor &computed) const;
+    // The painted Color and FixedColor: the cells' background and the titles' face.
+    QColor CellColor() const;
+    QColor FixedFaceColor() const;
     // The image strips at the grid's density.
     const TGridImageList &Indicators() const;
     const TGridImageList &Markers() const;
@@ -490,6 +493,28 @@ private:
     std::unique_ptr<Private> d_;
     friend struct Private;
 };
+
+// Runs f inside the grid's order-update bracket: the order is looked at once, at its end,
+// where applying it to the data set may raise.
+template <typename F>
+void WithOrderUpdate(TQCustomDBGrid *grid, F &&f)
+{
+    if (!grid) {
+        f();
+        return;
+    }
+    grid->BeginOrderUpdate();
+    try {
+        f();
+    } catch (...) {
+        try {
+            grid->EndOrderUpdate();
+        } catch (...) {
+        }
+        throw;
+    }
+    grid->EndOrderUpdate();
+}
 
 // The published grid.
 class TQDBGrid : public TQCustomDBGrid

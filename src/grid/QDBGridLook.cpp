@@ -163,6 +163,9 @@ QColor TQCustomDBGrid::PaintColor(TColor color, const QColor &computed) const
     return own.isValid() ? own : computed;
 }
 
+QColor TQCustomDBGrid::CellColor() const { return PaintColor(d_->color, palette().color(QPalette::Base)); }
+QColor TQCustomDBGrid::FixedFaceColor() const { return PaintColor(d_->fixedColor, palette().color(QPalette::Button)); }
+
 QColor TQCustomDBGrid::DefaultDataLineColor() const
 {
     // Silver lines vanish on a silver grid.

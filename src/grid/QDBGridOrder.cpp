@@ -47,8 +47,7 @@ QString TQCustomDBGrid::GetOrderFields() const
 void TQCustomDBGrid::SetOrderFields(const QString &value)
 {
     const QString order = SemicolonToComma(value);
-    BeginOrderUpdate();
-    try {
+    WithOrderUpdate(this, [&] {
         if (d_->columns->State() == csDefault && !DataLink()->Active()) {
             d_->orderFields = order;
         } else {
@@ -71,11 +70,7 @@ void TQCustomDBGrid::SetOrderFields(const QString &value)
             }
             d_->orderFields = GetOrderFields();
         }
-    } catch (...) {
-        EndOrderUpdate();
-        throw;
-    }
-    EndOrderUpdate();
+    });
 }
 
 void TQCustomDBGrid::BeginOrderUpdate()

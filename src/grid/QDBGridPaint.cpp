@@ -70,8 +70,7 @@ void TQCustomDBGrid::DrawCell(QPainter &painter, int col, int row, const QRect &
         if (row > bottom)
             drawTotalCell(painter, col, row, rect);
         else
-            painter.fillRect(rect, col < IndicatorOffset() ? PaintColor(d_->fixedColor, palette().color(QPalette::Button))
-                                                           : PaintColor(d_->color, palette().color(QPalette::Base)));
+            painter.fillRect(rect, col < IndicatorOffset() ? FixedFaceColor() : CellColor());
         return;
     }
     if (col < IndicatorOffset())
@@ -82,7 +81,7 @@ void TQCustomDBGrid::DrawCell(QPainter &painter, int col, int row, const QRect &
 
 void TQCustomDBGrid::drawIndicatorCell(QPainter &painter, int row, const QRect &rect)
 {
-    painter.fillRect(rect, PaintColor(d_->fixedColor, palette().color(QPalette::Button)));
+    painter.fillRect(rect, FixedFaceColor());
     TQGridDataLink *link = DataLink();
     const int record = row - TitleOffset();
     if (!link->Active() || DataSet()->IsEmpty() || record < 0 || record >= link->RecordCount())
@@ -125,7 +124,7 @@ void TQCustomDBGrid::drawDataCell(QPainter &painter, int col, int row, const QRe
     TQColumn *column = ColumnAt(col);
     const bool hasRecord = link->Active() && record < link->RecordCount() && !DataSet()->IsEmpty();
     if (!hasRecord || !column) {
-        painter.fillRect(rect, PaintColor(d_->color, palette().color(QPalette::Base)));
+        painter.fillRect(rect, CellColor());
         return;
     }
     const int current = link->ActiveRecord();
@@ -301,7 +300,7 @@ TQColumnTotalValue *TQCustomDBGrid::TotalAt(TQColumn *column, int row) const
 
 void TQCustomDBGrid::drawTotalCell(QPainter &painter, int col, int row, const QRect &rect)
 {
-    const QColor fixed = PaintColor(d_->fixedColor, palette().color(QPalette::Button));
+    const QColor fixed = FixedFaceColor();
     TQColumn *column = ColumnAt(col);
     TQColumnTotalValue *total = TotalAt(column, row);
     if (!total || !total->GetVisible()) {

@@ -71,8 +71,8 @@ void TQCustomDBGrid::DrawLines(QPainter &painter, const QRect &exposed)
         // The blank row is one empty band: no lines cross it.
         if (d_->blankRows > 0 && rows.Position(firstBottom) >= 0 && rows.Size(firstBottom) >= 0) {
             const int y = rows.Position(firstBottom), h = rows.Size(firstBottom) + lw;
-            painter.fillRect(QRect(0, y, indicatorRight, h), PaintColor(d_->fixedColor, palette().color(QPalette::Button)));
-            painter.fillRect(QRect(indicatorRight, y, right - indicatorRight, h), PaintColor(d_->color, palette().color(QPalette::Base)));
+            painter.fillRect(QRect(0, y, indicatorRight, h), FixedFaceColor());
+            painter.fillRect(QRect(indicatorRight, y, right - indicatorRight, h), CellColor());
         }
         for (int r = FixedRows(); r < RowCount(); ++r) {
             const int y = rows.Position(r);
@@ -113,7 +113,7 @@ void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
         return;
     const int lw = GridLineWidth();
     const QColor fixedLine = palette().color(QPalette::Mid);
-    const QColor fixedFace = PaintColor(d_->fixedColor, palette().color(QPalette::Button));
+    const QColor fixedFace = FixedFaceColor();
     const int hLine = d_->options.Contains(dgRowLines) ? lw : 0;
     const int vLine = d_->options.Contains(dgColLines) ? lw : 0;
     const int cellBottom = titleBottom - lw; // the band's last line lies below
