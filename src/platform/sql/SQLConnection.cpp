@@ -37,6 +37,7 @@ TSQLConnection::TSQLConnection(QObject *parent)
 TSQLConnection::~TSQLConnection()
 {
     closeDataSets();
+    closeReader();
     {
         QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
         if (db.isOpen())
@@ -123,6 +124,7 @@ void TSQLConnection::SetConnected(bool on)
         return;
     if (!on) {
         closeDataSets();
+        closeReader();
         {
             QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
             db.close();
@@ -197,27 +199,36 @@ QSqlDatabase TSQLConnection::Database()
     return QSqlDatabase::database(connectionName_, false);
 }
 
-QSqlDatabase TSQLConnection::NewReader()
+QSqlDatabase TSQLConnection::Reader()
 {
     Open();
-    const QString name = QStringLiteral("%1-reader-%2").arg(connectionName_).arg(++connectionCounter);
-    QSqlDatabase reader = QSqlDatabase::cloneDatabase(connectionName_, name);
-    if (!reader.open()) {
-        const QSqlError error = reader.lastError();
-        reader = QSqlDatabase();
-        QSqlDatabase::removeDatabase(name);
-        SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
+    if (Dialect() != TSQLDialect::PostgreSQL)
+        return Database();
+    if (readerName_.isEmpty()) {
+        const QString name = connectionName_ + QStringLiteral("-reader");
+        QSqlDatabase reader = QSqlDatabase::cloneDatabase(connectionName_, name);
+        if (!reader.open()) {
+            const QSqlError error = reader.lastError();
+            reader = QSqlDatabase();
+            QSqlDatabase::removeDatabase(name);
+            SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
+        }
+        QSqlQuery(reader).exec(QStringLiteral("SET client_min_messages TO WARNING"));
+        readerName_ = name;
     }
-    return reader;
+    return QSqlDatabase::database(readerName_, false);
 }
 
-void TSQLConnection::ReleaseReader(QSqlDatabase &reader)
+void TSQLConnection::closeReader()
 {
-    const QString name = reader.connectionName();
-    reader.close();
-    reader = QSqlDatabase();
-    if (!name.isEmpty())
-        QSqlDatabase::removeDatabase(name);
+    if (readerName_.isEmpty())
+        return;
+    {
+        QSqlDatabase reader = QSqlDatabase::database(readerName_, false);
+        reader.close();
+    }
+    QSqlDatabase::removeDatabase(readerName_);
+    readerName_.clear();
 }
 
 QString TSQLConnection::QuoteName(const QString &name)

@@ -72,10 +72,11 @@ public:
 
     // The connection statements run on (opened on demand).
     QSqlDatabase Database();
-    // A second connection to the same database, for a reading cursor; the caller closes it
-    // with ReleaseReader.
-    QSqlDatabase NewReader();
-    static void ReleaseReader(QSqlDatabase &reader);
+    // The connection the data sets read through. On a server it is one session of its own,
+    // shared by every data set of this connection, so that reading never waits for the
+    // application's transaction; it holds no transaction between reads. SQLite reads
+    // through Database().
+    QSqlDatabase Reader();
     // A name quoted for this database ("Unit Price" -> "\"Unit Price\"").
     QString QuoteName(const QString &name);
 
@@ -90,7 +91,9 @@ private:
     void closeDataSets();
     QList<QPointer<TDataSet>> dataSets_;
     void checkDisconnected() const;
+    void closeReader();
     QString connectionName_;
+    QString readerName_;
     QString driverName_ = QStringLiteral("QSQLITE");
     QString databaseName_;
     QString hostName_;

@@ -10,6 +10,9 @@
 #include "platform/rtl/Exceptions.h"
 
 #include <QCoreApplication>
+#include <QDataStream>
+#include <QIODevice>
+#include <QMetaObject>
 #include <QRegularExpression>
 #include <QSqlDriver>
 #include <QSqlError>
@@ -92,28 +95,55 @@ void TCustomSQLDataSet::openSource()
 {
     if (!connection_)
         DatabaseError(tr("No connection is set"), this);
-    QList<QVariant> params;
+    SQLResultShape shape;
     for (const Variant &p : SelectParams())
-        params << p.ToQVariant();
-    QString sql = StripSemicolon(SelectSQL());
+        shape.params << p.ToQVariant();
+    std::tie(shape.body, shape.order) = SplitOrderBy(StripSemicolon(SelectSQL()));
     if (Filtered() && !Filter().trimmed().isEmpty() && FieldList().Count() > 0) {
         FilterExpression expr(Filter());
         expr.Bind(this, FilterOptions());
         const SQLCondition where = FilterToSQL(expr, FilterOptions(), connection_->Dialect(),
                                                [this](const QString &name) { return Quote(name); });
-        const auto [body, order] = SplitOrderBy(sql);
+        // The order now reads the filtered rows: table qualifiers no longer apply.
         QStringList outerOrder;
         static const QRegularExpression qualifier(QStringLiteral("^\\s*(?:\"[^\"]+\"|[\\w]+)\\s*\\.\\s*"));
-        for (const QString &item : order.split(QLatin1Char(','), Qt::SkipEmptyParts))
+        for (const QString &item : shape.order.split(QLatin1Char(','), Qt::SkipEmptyParts))
             outerOrder << QString(item).remove(qualifier).trimmed();
-        sql = QStringLiteral("SELECT * FROM (%1) qdb_filter WHERE %2").arg(body, where.text);
-        if (!outerOrder.isEmpty())
-            sql += QStringLiteral(" ORDER BY ") + outerOrder.join(QStringLiteral(", "));
-        params += where.params;
+        shape.order = outerOrder.join(QStringLiteral(", "));
+        shape.body = QStringLiteral("SELECT * FROM (%1) qdb_filter WHERE %2").arg(shape.body, where.text);
+        shape.params += where.params;
     }
+    shape.keys = keyNames();
     source_.reset();
-    source_ = SQLRowSource::Create(connection_, sql, params);
+    source_ = SQLRowSource::Create(connection_, shape);
     dropCache();
+    ++generation_;
+    positions_.clear();
+}
+
+QStringList TCustomSQLDataSet::keyNames() const
+{
+    QStringList names;
+    if (!keyFields_.trimmed().isEmpty()) {
+        for (const QString &name : keyFields_.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+            names << name.trimmed();
+        return names;
+    }
+    // A table's primary key identifies the rows of a query only when each row comes from
+    // one row of that table.
+    const QString sql = SelectSQL();
+    for (const char *word : {"JOIN", "UNION", "GROUP", "DISTINCT", "INTERSECT", "EXCEPT"})
+        if (!TopLevelKeyword(sql, QLatin1String(word)).isEmpty())
+            return {};
+    const QString table = UpdateTableName();
+    if (table.isEmpty())
+        return {};
+    QSqlIndex primary = connection_->Database().primaryIndex(table);
+    if (primary.isEmpty() && table.contains(QLatin1Char('.')))
+        primary = connection_->Database().primaryIndex(table.section(QLatin1Char('.'), -1));
+    for (int i = 0; i < primary.count(); ++i)
+        names << primary.fieldName(i);
+    return names;
 }
 
 void TCustomSQLDataSet::InternalOpen()
@@ -130,6 +160,18 @@ void TCustomSQLDataSet::InternalOpen()
             columnOfField_ << -1;
         columnOfField_[f->FieldNo() - 1] = record.indexOf(f->FieldName());
     }
+    keyOfRow_.clear();
+    for (int column : source_->KeyColumns()) {
+        TField *key = nullptr;
+        for (TField *f : FieldList())
+            if (f->FieldNo() > 0 && f->FieldKind() == fkData && columnOfField_.value(f->FieldNo() - 1, -1) == column)
+                key = f;
+        if (!key) {
+            keyOfRow_.clear();
+            break;
+        }
+        keyOfRow_ << key;
+    }
     if (refilter) // the filter needed the fields: open once more with it
         openSource();
     pos_ = -1;
@@ -138,6 +180,8 @@ void TCustomSQLDataSet::InternalOpen()
 void TCustomSQLDataSet::InternalClose()
 {
     source_.reset();
+    keyOfRow_.clear();
+    positions_.clear();
     dropCache();
     columnOfField_.clear();
 }
@@ -190,6 +234,7 @@ const Variant *TCustomSQLDataSet::row(qint64 position) const
     if (it == pages_.end()) {
         SQLRows raw;
         source_->Fetch(pageNo * PageSize, PageSize, raw);
+        releaseLater();
         if (raw.Count() < size_t(PageSize)) // the end of the result is known now
             count_ = pageNo * PageSize + qint64(raw.Count());
         Page page;
@@ -308,19 +353,100 @@ void TCustomSQLDataSet::InternalLast()
     pos_ = count();
 }
 
+// A bookmark: the reading of the result it was taken in, the position there, and the
+// record's key values as the database knows them.
+namespace {
+
+struct SQLBookmark
+{
+    quint64 generation = 0;
+    qint64 position = -1;
+    QList<QVariant> keys;
+
+    static bool Read(const TBookmark &bookmark, SQLBookmark &out)
+    {
+        QDataStream in(bookmark);
+        quint8 version = 0;
+        in >> version;
+        if (version != 1)
+            return false;
+        in >> out.generation >> out.position >> out.keys;
+        return in.status() == QDataStream::Ok;
+    }
+};
+
+} // namespace
+
+QList<QVariant> TCustomSQLDataSet::keyValuesAt(qint64 position) const
+{
+    QList<QVariant> keys;
+    const Variant *r = row(position);
+    if (!r)
+        return keys;
+    for (TField *f : keyOfRow_)
+        keys << ToDatabase(r[f->FieldNo() - 1], f, connection_->Dialect());
+    return keys;
+}
+
+qint64 TCustomSQLDataSet::positionOf(const TBookmark &bookmark) const
+{
+    SQLBookmark b;
+    if (!source_ || !SQLBookmark::Read(bookmark, b))
+        return -1;
+    if (b.generation == generation_ && (b.keys.isEmpty() || keyValuesAt(b.position) == b.keys))
+        return b.position;
+    if (b.keys.isEmpty() || !source_->HasKeys())
+        return -1; // without a key a record cannot be told again once the rows were read anew
+    const auto known = positions_.constFind(bookmark);
+    if (known != positions_.cend())
+        return *known;
+    const qint64 position = source_->PositionOf(b.keys);
+    positions_.insert(bookmark, position);
+    return position;
+}
+
 void TCustomSQLDataSet::InternalGotoBookmark(const TBookmark &bookmark)
 {
-    pos_ = RowFromBookmark(bookmark);
+    const qint64 position = positionOf(bookmark);
+    if (position < 0)
+        DatabaseError(keyOfRow_.isEmpty() ? tr("The record cannot be found again: the data set has no key fields")
+                                          : DBConsts::SRecordNotFound(),
+                      this);
+    pos_ = position;
 }
 
 void TCustomSQLDataSet::InternalSetToRecord(TRecordBuffer &buffer)
 {
-    pos_ = buffer.flag == bfCurrent ? buffer.row : RowFromBookmark(buffer.bookmark);
+    if (buffer.flag == bfCurrent)
+        pos_ = buffer.row;
+    else
+        InternalGotoBookmark(buffer.bookmark);
 }
 
 TBookmark TCustomSQLDataSet::GetBookmarkData(const TRecordBuffer &buffer) const
 {
-    return buffer.flag == bfCurrent ? BookmarkFromRow(buffer.row) : buffer.bookmark;
+    if (buffer.flag != bfCurrent)
+        return buffer.bookmark;
+    TBookmark bookmark;
+    QDataStream out(&bookmark, QIODevice::WriteOnly);
+    out << quint8(1) << generation_ << buffer.row << keyValuesAt(buffer.row);
+    return bookmark;
+}
+
+int TCustomSQLDataSet::CompareBookmarks(const TBookmark &a, const TBookmark &b) const
+{
+    if (a.isEmpty() || b.isEmpty())
+        return TDataSet::CompareBookmarks(a, b);
+    SQLBookmark x, y;
+    qint64 pa, pb;
+    if (SQLBookmark::Read(a, x) && SQLBookmark::Read(b, y) && x.generation == generation_ && y.generation == generation_) {
+        pa = x.position;
+        pb = y.position;
+    } else {
+        pa = positionOf(a);
+        pb = positionOf(b);
+    }
+    return pa < pb ? -1 : (pa > pb ? 1 : 0);
 }
 
 const Variant *TCustomSQLDataSet::PeekFieldData(TField *field, const TRecordBuffer &buffer) const
@@ -371,8 +497,49 @@ void TCustomSQLDataSet::SetRecNo(int recNo)
 
 bool TCustomSQLDataSet::BookmarkValid(const TBookmark &bookmark) const
 {
-    const qint64 pos = RowFromBookmark(bookmark);
-    return Active() && pos >= 0 && pos < count();
+    if (!Active())
+        return false;
+    try {
+        return positionOf(bookmark) >= 0;
+    } catch (const Exception &) {
+        return false;
+    }
+}
+
+int TCustomSQLDataSet::OrderComputations() const
+{
+    return source_ ? source_->IndexBuilds() : 0;
+}
+
+void TCustomSQLDataSet::reread(const QList<QVariant> &keep)
+{
+    source_->Reset();
+    dropCache();
+    ++generation_;
+    positions_.clear();
+    if (!keep.isEmpty()) {
+        const qint64 at = source_->PositionOf(keep);
+        if (at >= 0)
+            pos_ = at;
+    }
+}
+
+void TCustomSQLDataSet::releaseLater() const
+{
+    // A statement left open would hold a read lock; the walk that needs it is over once
+    // control is back in the event loop.
+    if (releasePosted_)
+        return;
+    releasePosted_ = true;
+    auto *self = const_cast<TCustomSQLDataSet *>(this);
+    QMetaObject::invokeMethod(
+        self,
+        [self] {
+            self->releasePosted_ = false;
+            if (self->source_)
+                self->source_->Pause();
+        },
+        Qt::QueuedConnection);
 }
 
 bool TCustomSQLDataSet::GetCanModify() const
@@ -382,8 +549,7 @@ bool TCustomSQLDataSet::GetCanModify() const
 
 void TCustomSQLDataSet::InternalRefresh()
 {
-    source_->Reset();
-    dropCache();
+    reread(pos_ >= 0 ? keyValuesAt(pos_) : QList<QVariant>());
 }
 
 void TCustomSQLDataSet::FilterChanged()

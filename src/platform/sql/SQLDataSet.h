@@ -5,6 +5,7 @@
 #include "platform/db/DataSet.h"
 #include "platform/rtl/Strings.h"
 
+#include <QHash>
 #include <QPointer>
 
 #include <map>
@@ -29,10 +30,13 @@ private:
 };
 
 // A data set over the result of a SELECT. Rows are read when they are looked at and kept in
-// a bounded cache of pages; RecordCount is exact and RecNo and bookmarks are positions in
-// the open result. A Filter becomes a WHERE clause with bound values around the query, its
-// ORDER BY kept outside. Posting writes UPDATE, INSERT or DELETE by key: KeyFields, or the
-// table's primary key; the record is read back so that defaults and triggers show.
+// a bounded cache of pages; RecordCount is exact and RecNo a position in the open result.
+// Records are identified by key: KeyFields, or the table's primary key. Bookmarks hold the
+// key values, so they find their record again after inserts, deletes, refreshes, filters
+// and new orders; a data set without a key has bookmarks that last until its rows are read
+// again. A Filter becomes a WHERE clause with bound values around the query, its ORDER BY
+// kept outside. Posting writes UPDATE, INSERT or DELETE by key; the record is read back so
+// that defaults and triggers show.
 class TCustomSQLDataSet : public TDataSet
 {
     Q_OBJECT
@@ -56,9 +60,14 @@ public:
     int RecNo() const override;
     void SetRecNo(int recNo) override;
     bool BookmarkValid(const TBookmark &bookmark) const override;
+    // In the current order; bookmarks of records no longer in the result sort first.
+    int CompareBookmarks(const TBookmark &a, const TBookmark &b) const override;
 
     // Rows held in memory now (bounded, whatever the size of the result).
     int CachedRows() const;
+    // How many times the order of the open result was computed for reading it at any
+    // position (once at most until the result changes).
+    int OrderComputations() const;
 
 protected:
     // The statement without filter, and its bound values.
@@ -101,6 +110,13 @@ private:
     static constexpr size_t MaxPages = 64;
 
     void openSource();
+    // The names of the key fields, before any field exists.
+    QStringList keyNames() const;
+    // Reads the result again from the database; the record at `keep` stays current.
+    void reread(const QList<QVariant> &keep);
+    QList<QVariant> keyValuesAt(qint64 position) const;
+    qint64 positionOf(const TBookmark &bookmark) const;
+    void releaseLater() const;
     qint64 count() const;
     // The values of the row at a position (one per data field), nullptr past the end.
     const Variant *row(qint64 position) const;
@@ -109,7 +125,6 @@ private:
     void dropCache();
     QList<TField *> keyFieldList();
     void writeRecord(bool inserting);
-    qint64 findRow(const QList<TField *> &keys, const QList<Variant> &values);
     std::vector<Variant> readBack(const QList<TField *> &keys, const QList<Variant> &values);
     bool clientFilterAccepts(TRecordBuffer &buffer);
 
@@ -118,6 +133,10 @@ private:
     bool readOnly_ = false;
     std::unique_ptr<SQLRowSource> source_;
     QList<int> columnOfField_; // data field (FieldNo - 1) -> result column
+    QList<TField *> keyOfRow_; // the fields of the result's key columns
+    quint64 generation_ = 0;   // which reading of the result positions belong to
+    mutable QHash<TBookmark, qint64> positions_; // bookmarks of older readings, found again
+    mutable bool releasePosted_ = false;
     mutable std::map<qint64, Page> pages_;
     mutable const Page *lastPage_ = nullptr; // the page read last, asked for again and again
     mutable qint64 lastPageNo_ = -1;

@@ -173,11 +173,16 @@ void TCustomSQLDataSet::writeRecord(bool inserting)
     }
 
     // Read the result again: defaults, triggers and a new order show.
-    source_->Reset();
-    dropCache();
-    const qint64 at = findRow(keys, newKeys);
-    if (at >= 0)
-        InternalGotoBookmark(BookmarkFromRow(at));
+    QList<QVariant> keep;
+    for (TField *f : keyOfRow_) {
+        const qsizetype at = keys.indexOf(f);
+        if (at < 0) {
+            keep.clear();
+            break;
+        }
+        keep << ToDatabase(newKeys[at], f, dialect);
+    }
+    reread(keep);
 }
 
 void TCustomSQLDataSet::InternalDelete()
@@ -215,34 +220,7 @@ void TCustomSQLDataSet::InternalDelete()
                           this);
         transaction.Commit();
     }
-    source_->Reset();
-    dropCache();
-}
-
-qint64 TCustomSQLDataSet::findRow(const QList<TField *> &keys, const QList<Variant> &values)
-{
-    const qint64 total = count();
-    auto matches = [&](qint64 position) {
-        const Variant *r = row(position);
-        if (!r)
-            return false;
-        for (int i = 0; i < keys.size(); ++i)
-            if (VarCompareValue(r[keys[i]->FieldNo() - 1], values[i]) != VariantRelationship::vrEqual)
-                return false;
-        return true;
-    };
-    // Where the record was, then the end (new rows of a table usually land there), then all.
-    const qint64 near = qBound<qint64>(0, pos_, qMax<qint64>(0, total - 1));
-    for (qint64 p = qMax<qint64>(0, near - 2); p < qMin(total, near + 3); ++p)
-        if (matches(p))
-            return p;
-    for (qint64 p = total - 1; p >= qMax<qint64>(0, total - PageSize); --p)
-        if (matches(p))
-            return p;
-    for (qint64 p = 0; p < total; ++p)
-        if (matches(p))
-            return p;
-    return -1;
+    reread({});
 }
 
 // ---- TSQLQuery ----

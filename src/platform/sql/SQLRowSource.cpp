@@ -1,16 +1,14 @@
 #include "SQLRowSource.h"
 
-#include "SQLText.h"
-#include "SQLTypes.h"
+#include "SQLSources.h"
 
 #include "platform/rtl/Exceptions.h"
 
-#include <sqlite3.h>
-
 #include <QCoreApplication>
 #include <QSqlDriver>
-#include <QSqlError>
 #include <QSqlField>
+
+#include <atomic>
 
 namespace qdb {
 
@@ -21,378 +19,315 @@ QString tr(const char *text)
     return QCoreApplication::translate("qdb", text);
 }
 
-QSqlQuery execute(QSqlDatabase db, const QString &sql, const QList<QVariant> &params)
+// Rows this close to the start are read straight from the ordered result: the first
+// screen after opening or sorting needs no key table.
+constexpr qint64 DirectRows = 1024;
+// Results this small are always read directly.
+constexpr qint64 SmallResult = 8192;
+
+QString keyTableName()
 {
-    QSqlQuery q(db);
-    q.setForwardOnly(true);
-    if (!q.prepare(sql))
-        SQLError(tr("The query cannot be prepared"), q.lastError());
-    for (const QVariant &p : params)
-        q.addBindValue(p);
-    if (!q.exec())
-        SQLError(tr("The query failed"), q.lastError());
-    return q;
+    static std::atomic<int> counter{0};
+    return QStringLiteral("qdb_pos_%1").arg(++counter);
 }
-
-void readRows(QSqlQuery &q, int n, SQLRows &rows)
-{
-    if (rows.columns == 0)
-        rows.columns = q.record().count();
-    rows.values.reserve(rows.values.size() + size_t(n) * size_t(rows.columns));
-    for (int i = 0; i < n && q.next(); ++i)
-        for (int c = 0; c < rows.columns; ++c)
-            rows.values.push_back(Variant::FromQVariant(q.value(c)));
-}
-
-[[noreturn]] void sqliteError(sqlite3 *db, const QString &what)
-{
-    throw EDatabaseError(what + QStringLiteral(": ") + QString::fromUtf8(sqlite3_errmsg(db)));
-}
-
-// A statement of our own on the connection's SQLite handle: values come straight from
-// SQLite without going through QVariant and UTF-16.
-class SQLiteStatement
-{
-public:
-    SQLiteStatement(sqlite3 *db, const QString &sql, const QList<QVariant> &params) : db_(db)
-    {
-        const QByteArray text = sql.toUtf8();
-        if (sqlite3_prepare_v2(db_, text.constData(), int(text.size()), &stmt_, nullptr) != SQLITE_OK)
-            sqliteError(db_, QCoreApplication::translate("qdb", "The query failed"));
-        for (int i = 0; i < params.size(); ++i) {
-            const QVariant &p = params[i];
-            const int at = i + 1;
-            if (!p.isValid() || p.isNull()) {
-                sqlite3_bind_null(stmt_, at);
-                continue;
-            }
-            switch (p.metaType().id()) {
-            case QMetaType::Bool:
-            case QMetaType::Int:
-            case QMetaType::UInt:
-            case QMetaType::LongLong:
-            case QMetaType::ULongLong: sqlite3_bind_int64(stmt_, at, p.toLongLong()); break;
-            case QMetaType::Double: sqlite3_bind_double(stmt_, at, p.toDouble()); break;
-            case QMetaType::QByteArray: {
-                const QByteArray b = p.toByteArray();
-                sqlite3_bind_blob64(stmt_, at, b.constData(), sqlite3_uint64(b.size()), SQLITE_TRANSIENT);
-                break;
-            }
-            default: {
-                const QByteArray s = p.toString().toUtf8();
-                sqlite3_bind_text64(stmt_, at, s.constData(), sqlite3_uint64(s.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
-                break;
-            }
-            }
-        }
-        step(); // the first row tells the types of the columns
-    }
-    ~SQLiteStatement() { sqlite3_finalize(stmt_); }
-    SQLiteStatement(const SQLiteStatement &) = delete;
-    SQLiteStatement &operator=(const SQLiteStatement &) = delete;
-
-    int Columns() const { return sqlite3_column_count(stmt_); }
-    QSqlRecord Record() const
-    {
-        QSqlRecord record;
-        for (int c = 0; c < Columns(); ++c) {
-            QMetaType type = QMetaType::fromType<QString>();
-            if (hasRow_) {
-                switch (sqlite3_column_type(stmt_, c)) {
-                case SQLITE_INTEGER: type = QMetaType::fromType<qlonglong>(); break;
-                case SQLITE_FLOAT: type = QMetaType::fromType<double>(); break;
-                case SQLITE_BLOB: type = QMetaType::fromType<QByteArray>(); break;
-                default: break;
-                }
-            }
-            record.append(QSqlField(QString::fromUtf8(sqlite3_column_name(stmt_, c)), type));
-        }
-        return record;
-    }
-    QStringList DeclaredTypes() const
-    {
-        QStringList types;
-        for (int c = 0; c < Columns(); ++c) {
-            const char *declared = sqlite3_column_decltype(stmt_, c);
-            types << (declared ? QString::fromUtf8(declared) : QString());
-        }
-        return types;
-    }
-    // Appends up to n rows; answers how many.
-    int Read(int n, SQLRows &rows)
-    {
-        const int columns = Columns();
-        rows.columns = columns;
-        int got = 0;
-        while (got < n && hasRow_) {
-            for (int c = 0; c < columns; ++c) {
-                switch (sqlite3_column_type(stmt_, c)) {
-                case SQLITE_INTEGER: rows.values.emplace_back(qint64(sqlite3_column_int64(stmt_, c))); break;
-                case SQLITE_FLOAT: rows.values.emplace_back(sqlite3_column_double(stmt_, c)); break;
-                case SQLITE_TEXT:
-                    rows.values.emplace_back(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt_, c)),
-                                                               sqlite3_column_bytes(stmt_, c)));
-                    break;
-                case SQLITE_BLOB:
-                    rows.values.emplace_back(QByteArray(static_cast<const char *>(sqlite3_column_blob(stmt_, c)),
-                                                        sqlite3_column_bytes(stmt_, c)));
-                    break;
-                default: rows.values.push_back(Variant::Null()); break;
-                }
-            }
-            ++got;
-            step();
-        }
-        return got;
-    }
-    qint64 Scalar() const { return hasRow_ ? sqlite3_column_int64(stmt_, 0) : 0; }
-    bool HasRow() const { return hasRow_; }
-    void Next() { step(); }
-    // Whether SQLite had to sort the rows itself (no index gives the order).
-    bool Sorted() const { return sqlite3_stmt_status(stmt_, SQLITE_STMTSTATUS_SORT, 0) > 0; }
-    // Steps over up to n rows without reading them; answers how many.
-    qint64 Skip(qint64 n)
-    {
-        qint64 skipped = 0;
-        while (skipped < n && hasRow_) {
-            step();
-            ++skipped;
-        }
-        return skipped;
-    }
-
-private:
-    void step()
-    {
-        const int rc = sqlite3_step(stmt_);
-        if (rc != SQLITE_ROW && rc != SQLITE_DONE)
-            sqliteError(db_, QCoreApplication::translate("qdb", "The query failed"));
-        hasRow_ = rc == SQLITE_ROW;
-    }
-
-    sqlite3 *db_;
-    sqlite3_stmt *stmt_ = nullptr;
-    bool hasRow_ = false;
-};
-
-sqlite3 *sqliteHandle(QSqlDatabase db)
-{
-    const QVariant handle = db.driver()->handle();
-    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
-        throw EDatabaseError(QCoreApplication::translate("qdb", "The SQLite driver gives no access to its database"));
-    return *static_cast<sqlite3 *const *>(handle.constData());
-}
-
-// SQLite: one statement streams the rows; a jump starts a new one at an offset.
-class SQLiteSource : public SQLRowSource
-{
-public:
-    SQLiteSource(TSQLConnection *connection, const QString &sql, const QList<QVariant> &params)
-        : db_(sqliteHandle(connection->Database())), sql_(sql), params_(params)
-    {
-        stream_ = std::make_unique<SQLiteStatement>(db_, sql_, params_);
-        record_ = stream_->Record();
-        declared_ = stream_->DeclaredTypes();
-        sorted_ = stream_->Sorted();
-        streamPos_ = 0;
-    }
-
-    QSqlRecord Record() const override { return record_; }
-    QStringList DeclaredTypes() const override { return declared_; }
-
-    qint64 Count() override
-    {
-        if (count_ < 0)
-            count_ = SQLiteStatement(db_, QStringLiteral("SELECT COUNT(*) FROM (%1)").arg(SplitOrderBy(sql_).first), params_)
-                         .Scalar(); // the order costs a sort and does not change the count
-        return count_;
-    }
-
-    void Fetch(qint64 first, int n, SQLRows &rows) override
-    {
-        // A jump: OFFSET passes over rows without reading them, unless SQLite sorts them
-        // itself, when OFFSET costs a second, slower sort; stepping costs only the one.
-        if (sorted_) {
-            if (!stream_ || streamPos_ < 0 || streamPos_ > first) {
-                stream_.reset();
-                stream_ = std::make_unique<SQLiteStatement>(db_, sql_, params_);
-                streamPos_ = 0;
-            }
-            if (streamPos_ < first)
-                streamPos_ += stream_->Skip(first - streamPos_);
-        } else if (!stream_ || streamPos_ != first) {
-            stream_.reset();
-            QList<QVariant> params = params_;
-            params << first;
-            stream_ = std::make_unique<SQLiteStatement>(
-                db_, QStringLiteral("SELECT * FROM (%1) LIMIT -1 OFFSET ?").arg(sql_), params);
-            streamPos_ = first;
-        }
-        rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
-        streamPos_ += stream_->Read(n, rows);
-    }
-
-    void Pause() override
-    {
-        stream_.reset();
-        streamPos_ = -1;
-    }
-
-    void Reset() override
-    {
-        Pause();
-        count_ = -1;
-    }
-
-    // SQLite compares, the loop only counts: no row is read into values on the way. Rows
-    // SQLite sorts itself are better read once by the data set, which keeps the pages
-    // around the record it finds: searching here would cost a second sort for them.
-    qint64 Find(const QList<int> &columns, const QList<QVariant> &values) override
-    {
-        if (sorted_)
-            return -2;
-        QStringList tests;
-        for (int c : columns)
-            tests << QStringLiteral("\"%1\" IS ?").arg(record_.fieldName(c).replace(QLatin1Char('"'), QLatin1String("\"\"")));
-        Pause(); // one statement at a time on the connection's handle
-        SQLiteStatement search(db_, QStringLiteral("SELECT %1 FROM (%2)").arg(tests.join(QLatin1String(" AND ")), sql_),
-                               values + params_);
-        for (qint64 position = 0; search.HasRow(); ++position, search.Next())
-            if (search.Scalar() != 0)
-                return position;
-        return -1;
-    }
-
-private:
-    sqlite3 *db_;
-    QString sql_;
-    QList<QVariant> params_;
-    std::unique_ptr<SQLiteStatement> stream_;
-    qint64 streamPos_ = -1;
-    bool sorted_ = false;
-    QSqlRecord record_;
-    QStringList declared_;
-    qint64 count_ = -1;
-};
-
-// PostgreSQL: a scrollable server-side cursor on a connection of its own, so that rows
-// travel only when asked for (Qt's scrollable PostgreSQL query would load them all).
-class PostgreSQLSource : public SQLRowSource
-{
-public:
-    PostgreSQLSource(TSQLConnection *connection, const QString &sql, const QList<QVariant> &params)
-        : connection_(connection)
-    {
-        reader_ = connection->NewReader();
-        try {
-            declaration_ = QStringLiteral("DECLARE qdb_rows SCROLL CURSOR FOR ")
-                + InlineParameters(sql, params, reader_.driver());
-            declare();
-            QSqlQuery probe = run(QStringLiteral("FETCH FORWARD 0 FROM qdb_rows"));
-            record_ = probe.record();
-        } catch (...) {
-            TSQLConnection::ReleaseReader(reader_);
-            throw;
-        }
-    }
-
-    ~PostgreSQLSource() override
-    {
-        QSqlQuery(reader_).exec(QStringLiteral("ROLLBACK"));
-        TSQLConnection::ReleaseReader(reader_);
-    }
-
-    QSqlRecord Record() const override { return record_; }
-
-    qint64 Count() override
-    {
-        if (count_ < 0) {
-            run(QStringLiteral("MOVE ABSOLUTE 0 IN qdb_rows"));
-            count_ = run(QStringLiteral("MOVE FORWARD ALL IN qdb_rows")).numRowsAffected();
-            position_ = count_ + 1; // after the last row
-        }
-        return count_;
-    }
-
-    void Fetch(qint64 first, int n, SQLRows &rows) override
-    {
-        if (position_ != first)
-            run(QStringLiteral("MOVE ABSOLUTE %1 IN qdb_rows").arg(first)); // stands on row `first`, 1-based
-        QSqlQuery q = run(QStringLiteral("FETCH FORWARD %1 FROM qdb_rows").arg(n));
-        const size_t before = rows.Count();
-        readRows(q, n, rows);
-        position_ = first + qint64(rows.Count() - before);
-    }
-
-    void Reset() override
-    {
-        run(QStringLiteral("COMMIT"));
-        declare();
-        count_ = -1;
-    }
-
-private:
-    void declare()
-    {
-        run(QStringLiteral("BEGIN"));
-        run(declaration_);
-        position_ = 0;
-    }
-
-    QSqlQuery run(const QString &sql)
-    {
-        QSqlQuery q(reader_);
-        q.setForwardOnly(true);
-        if (!q.exec(sql))
-            SQLError(tr("The query failed"), q.lastError());
-        return q;
-    }
-
-    TSQLConnection *connection_;
-    QSqlDatabase reader_;
-    QString declaration_;
-    QSqlRecord record_;
-    qint64 count_ = -1;
-    qint64 position_ = 0; // rows before the cursor
-};
-
-// Other databases: one query at a time, by offset.
-class OffsetSource : public SQLRowSource
-{
-public:
-    OffsetSource(TSQLConnection *connection, const QString &sql, const QList<QVariant> &params)
-        : db_(connection->Database()), sql_(sql), params_(params)
-    {
-        QSqlQuery q = execute(db_, sql_, params_);
-        record_ = q.record();
-    }
-    QSqlRecord Record() const override { return record_; }
-    qint64 Count() override
-    {
-        if (count_ < 0) {
-            QSqlQuery q = execute(db_, QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_count").arg(SplitOrderBy(sql_).first), params_);
-            count_ = q.next() ? q.value(0).toLongLong() : 0;
-        }
-        return count_;
-    }
-    void Fetch(qint64 first, int n, SQLRows &rows) override
-    {
-        QList<QVariant> params = params_;
-        params << n << first;
-        QSqlQuery q = execute(db_, QStringLiteral("SELECT * FROM (%1) qdb_page LIMIT ? OFFSET ?").arg(sql_), params);
-        readRows(q, n, rows);
-    }
-    void Reset() override { count_ = -1; }
-
-private:
-    QSqlDatabase db_;
-    QString sql_;
-    QList<QVariant> params_;
-    QSqlRecord record_;
-    qint64 count_ = -1;
-};
 
 } // namespace
+
+SQLRowSource::SQLRowSource(TSQLConnection *connection, const SQLResultShape &shape)
+    : connection_(connection), shape_(shape)
+{
+}
+
+SQLRowSource::~SQLRowSource() = default;
+
+QString SQLRowSource::Quote(const QString &name) const
+{
+    return connection_->QuoteName(name);
+}
+
+void SQLRowSource::Describe()
+{
+    record_ = Columns(QStringLiteral("SELECT * FROM (%1) qdb_q").arg(shape_.body), shape_.params);
+    for (const QString &key : shape_.keys) {
+        const int column = record_.indexOf(key);
+        if (column < 0) {
+            keyColumns_.clear();
+            break;
+        }
+        keyColumns_ << column;
+    }
+
+    const TSQLDialect dialect = connection_->Dialect();
+    // SQLite sorts NULL below every value, PostgreSQL above.
+    auto defaultNullsFirst = [dialect](bool descending) {
+        return dialect == TSQLDialect::PostgreSQL ? descending : !descending;
+    };
+    QList<SQLOrderItem> items;
+    orderKnown_ = ParseOrderItems(shape_.order, items);
+    for (const SQLOrderItem &item : items) {
+        int column = -1;
+        if (item.number > 0)
+            column = item.number <= record_.count() ? item.number - 1 : -1;
+        else
+            for (int c = 0; c < record_.count() && column < 0; ++c)
+                if (item.quoted ? record_.fieldName(c) == item.name
+                                : record_.fieldName(c).compare(item.name, Qt::CaseInsensitive) == 0)
+                    column = c;
+        if (column < 0) {
+            orderKnown_ = false;
+            break;
+        }
+        order_ << OrderItem{column, item.descending,
+                            item.nullsFirst < 0 ? defaultNullsFirst(item.descending) : item.nullsFirst == 1,
+                            item.nullsFirst >= 0};
+    }
+    if (orderKnown_) {
+        // The key settles ties, so that a position names one record for good.
+        for (int key : keyColumns_) {
+            bool present = false;
+            for (const OrderItem &o : order_)
+                present = present || o.column == key;
+            if (!present)
+                order_ << OrderItem{key, false, defaultNullsFirst(false), false};
+        }
+        ordered_ = QStringLiteral("SELECT * FROM (%1) qdb_q").arg(shape_.body);
+        if (!order_.isEmpty())
+            ordered_ += QStringLiteral(" ORDER BY ") + OrderClause(QStringLiteral("qdb_q"));
+    } else {
+        order_.clear();
+        ordered_ = shape_.body + QStringLiteral(" ORDER BY ") + shape_.order;
+    }
+}
+
+QString SQLRowSource::OrderClause(const QString &alias) const
+{
+    QStringList items;
+    for (const OrderItem &o : order_) {
+        QString item = alias + QLatin1Char('.') + Quote(record_.fieldName(o.column));
+        if (o.descending)
+            item += QStringLiteral(" DESC");
+        if (o.explicitNulls)
+            item += o.nullsFirst ? QStringLiteral(" NULLS FIRST") : QStringLiteral(" NULLS LAST");
+        items << item;
+    }
+    return items.join(QStringLiteral(", "));
+}
+
+qint64 SQLRowSource::Count()
+{
+    if (count_ < 0) {
+        SQLRows rows;
+        Query(QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_q").arg(shape_.body), shape_.params, rows, 1);
+        count_ = rows.Count() ? rows.values[0].ToInt64() : 0;
+    }
+    return count_;
+}
+
+void SQLRowSource::ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential)
+{
+    Q_UNUSED(sequential);
+    QList<QVariant> params = shape_.params;
+    params << n << first;
+    Query(ordered_ + QStringLiteral(" LIMIT ? OFFSET ?"), params, rows, n);
+}
+
+void SQLRowSource::Fetch(qint64 first, int n, SQLRows &rows)
+{
+    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && Count() > SmallResult)
+        buildIndex();
+    if (!index_.isEmpty() && !Streaming(first)) {
+        readIndexed(first, n, rows);
+        return;
+    }
+    const size_t before = rows.Count();
+    ReadDirect(first, n, rows, first == directEnd_);
+    directEnd_ = first + qint64(rows.Count() - before);
+}
+
+void SQLRowSource::buildIndex()
+{
+    const QString table = keyTableName();
+    QList<Statement> statements;
+    if (!IndexStatements(table, statements))
+        return;
+    Pause();
+    try {
+        for (const Statement &statement : statements)
+            Exec(statement.sql, statement.params);
+    } catch (...) {
+        index_ = table;
+        dropIndex();
+        throw;
+    }
+    index_ = table;
+    ++indexBuilds_;
+    SQLRows rows;
+    Query(QStringLiteral("SELECT MAX(%1) FROM %2 qdb_i").arg(IndexPosition(), index_), {}, rows, 1);
+    indexRows_ = rows.Count() && !rows.values[0].IsClear() ? rows.values[0].ToInt64() : 0;
+    count_ = indexRows_; // the rows as they were when the order was computed
+}
+
+void SQLRowSource::dropIndex() noexcept
+{
+    if (index_.isEmpty())
+        return;
+    const QString table = index_;
+    index_.clear();
+    indexRows_ = 0;
+    try {
+        Exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
+    } catch (...) {
+        // A lost session took the table with it.
+    }
+}
+
+QString SQLRowSource::keyMatch(const QString &alias) const
+{
+    QStringList parts;
+    for (int key : keyColumns_) {
+        const QString name = Quote(record_.fieldName(key));
+        parts << QStringLiteral("qdb_q.%1 = %2.%1").arg(name, alias);
+    }
+    return parts.join(QStringLiteral(" AND "));
+}
+
+void SQLRowSource::readIndexed(qint64 first, int n, SQLRows &rows)
+{
+    const qint64 last = qMin(first + n, indexRows_); // exclusive
+    if (first >= last)
+        return;
+    QString columns;
+    QString sql;
+    if (HasKeys()) {
+        sql = QStringLiteral("SELECT %1, qdb_q.* FROM %2 qdb_i CROSS JOIN (%3) qdb_q WHERE %4 AND %1 BETWEEN ? AND ?"
+                             " ORDER BY %1")
+                  .arg(IndexPosition(), index_, shape_.body, keyMatch(QStringLiteral("qdb_i")));
+    } else {
+        QStringList names;
+        for (int c = 0; c < record_.count(); ++c)
+            names << QStringLiteral("qdb_i.") + Quote(record_.fieldName(c));
+        sql = QStringLiteral("SELECT %1, %2 FROM %3 qdb_i WHERE %1 BETWEEN ? AND ? ORDER BY %1")
+                  .arg(IndexPosition(), names.join(QStringLiteral(", ")), index_);
+    }
+    QList<QVariant> params = HasKeys() ? shape_.params : QList<QVariant>();
+    params << first + 1 << last;
+    SQLRows got;
+    Query(sql, params, got, last - first);
+    // A row deleted by someone else since the order was computed keeps its place, empty.
+    const int width = record_.count();
+    rows.columns = width;
+    rows.values.reserve(rows.values.size() + size_t(last - first) * size_t(width));
+    size_t next = 0;
+    for (qint64 position = first; position < last; ++position) {
+        const Variant *r = next < got.Count() ? &got.values[next * size_t(got.columns)] : nullptr;
+        if (r && r[0].ToInt64() - 1 == position) {
+            rows.values.insert(rows.values.end(), std::make_move_iterator(got.values.begin() + qsizetype(next * size_t(got.columns) + 1)),
+                               std::make_move_iterator(got.values.begin() + qsizetype((next + 1) * size_t(got.columns))));
+            ++next;
+        } else {
+            rows.values.insert(rows.values.end(), size_t(width), Variant::Null());
+        }
+    }
+}
+
+void SQLRowSource::Reset()
+{
+    Pause();
+    dropIndex();
+    count_ = -1;
+    directEnd_ = -1;
+}
+
+// Whether the row `row` comes before the row `target` in the result's order.
+QString SQLRowSource::before(const QString &row, const QString &target) const
+{
+    QStringList alternatives;
+    QStringList equalSoFar;
+    for (const OrderItem &o : order_) {
+        const QString name = Quote(record_.fieldName(o.column));
+        const QString a = row + QLatin1Char('.') + name, b = target + QLatin1Char('.') + name;
+        const QString less = QStringLiteral("(%1 %2 %3 OR (%1 IS %4NULL AND %3 IS %5NULL))")
+                                 .arg(a, o.descending ? QStringLiteral(">") : QStringLiteral("<"), b,
+                                      o.nullsFirst ? QString() : QStringLiteral("NOT "),
+                                      o.nullsFirst ? QStringLiteral("NOT ") : QString());
+        alternatives << (equalSoFar.isEmpty() ? less : QStringLiteral("(%1 AND %2)").arg(equalSoFar.join(QStringLiteral(" AND ")), less));
+        equalSoFar << Same(a, b);
+    }
+    return alternatives.isEmpty() ? QStringLiteral("1 = 0") : alternatives.join(QStringLiteral(" OR "));
+}
+
+qint64 SQLRowSource::PositionOf(const QList<QVariant> &keyValues)
+{
+    if (!HasKeys() || keyValues.size() != keyColumns_.size())
+        return -1;
+    if (!orderKnown_)
+        return indexPositionOf(keyValues);
+    // Counting the rows that sort before the record needs no sort and no rows read.
+    QStringList match;
+    for (int key : keyColumns_)
+        match << QStringLiteral("qdb_r.%1 = ?").arg(Quote(record_.fieldName(key)));
+    const QString sql = QStringLiteral("SELECT (SELECT COUNT(*) FROM (%1) qdb_q WHERE %2) FROM (%1) qdb_r WHERE %3")
+                            .arg(shape_.body, before(QStringLiteral("qdb_q"), QStringLiteral("qdb_r")),
+                                 match.join(QStringLiteral(" AND ")));
+    SQLRows rows;
+    Query(sql, shape_.params + shape_.params + keyValues, rows, 1);
+    return rows.Count() ? rows.values[0].ToInt64() : -1;
+}
+
+qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)
+{
+    if (index_.isEmpty())
+        buildIndex();
+    if (index_.isEmpty())
+        return -1;
+    QStringList match;
+    for (int key : keyColumns_)
+        match << QStringLiteral("qdb_i.%1 = ?").arg(Quote(record_.fieldName(key)));
+    SQLRows rows;
+    Query(QStringLiteral("SELECT %1 FROM %2 qdb_i WHERE %3").arg(IndexPosition(), index_, match.join(QStringLiteral(" AND "))),
+          keyValues, rows, 1);
+    return rows.Count() ? rows.values[0].ToInt64() - 1 : -1;
+}
+
+qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &values)
+{
+    if (!HasKeys() || !orderKnown_)
+        return -2;
+    QList<QVariant> keyValues;
+    for (int key : keyColumns_) {
+        const qsizetype at = columns.indexOf(key);
+        if (at < 0 || columns.size() != keyColumns_.size())
+            break;
+        keyValues << values[at];
+    }
+    if (keyValues.size() != keyColumns_.size()) {
+        // The first match in the order gives the key, whose place is then counted.
+        QStringList match;
+        QList<QVariant> params = shape_.params;
+        for (int i = 0; i < columns.size(); ++i) {
+            const QString name = QStringLiteral("qdb_q.") + Quote(record_.fieldName(columns[i]));
+            if (values[i].isNull()) {
+                match << name + QStringLiteral(" IS NULL");
+            } else {
+                match << name + QStringLiteral(" = ?");
+                params << values[i];
+            }
+        }
+        QStringList keys;
+        for (int key : keyColumns_)
+            keys << QStringLiteral("qdb_q.") + Quote(record_.fieldName(key));
+        SQLRows rows;
+        Query(QStringLiteral("SELECT %1 FROM (%2) qdb_q WHERE %3 ORDER BY %4 LIMIT 1")
+                  .arg(keys.join(QStringLiteral(", ")), shape_.body, match.join(QStringLiteral(" AND ")),
+                       OrderClause(QStringLiteral("qdb_q"))),
+              params, rows, 1);
+        if (!rows.Count())
+            return -1;
+        for (const Variant &v : rows.values)
+            keyValues << v.ToQVariant();
+    }
+    return PositionOf(keyValues);
+}
 
 QString InlineParameters(const QString &sql, const QList<QVariant> &params, const QSqlDriver *driver)
 {
@@ -413,13 +348,12 @@ QString InlineParameters(const QString &sql, const QList<QVariant> &params, cons
     return out;
 }
 
-std::unique_ptr<SQLRowSource> SQLRowSource::Create(TSQLConnection *connection, const QString &sql,
-                                                   const QList<QVariant> &params)
+std::unique_ptr<SQLRowSource> SQLRowSource::Create(TSQLConnection *connection, const SQLResultShape &shape)
 {
     switch (connection->Dialect()) {
-    case TSQLDialect::SQLite: return std::make_unique<SQLiteSource>(connection, sql, params);
-    case TSQLDialect::PostgreSQL: return std::make_unique<PostgreSQLSource>(connection, sql, params);
-    default: return std::make_unique<OffsetSource>(connection, sql, params);
+    case TSQLDialect::SQLite: return NewSQLiteSource(connection, shape);
+    case TSQLDialect::PostgreSQL: return NewPostgreSQLSource(connection, shape);
+    default: return NewPortableSource(connection, shape);
     }
 }
 

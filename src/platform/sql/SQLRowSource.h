@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SQLConnection.h"
+#include "SQLText.h"
 
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -19,34 +20,124 @@ struct SQLRows
     size_t Count() const { return columns ? values.size() / size_t(columns) : 0; }
 };
 
-// Positional access to the rows of a query without holding them: a data set asks for a run
-// of rows by position and keeps what it got in its own bounded cache.
+// The result a data set shows: its statement split into parts the source can rewrite.
+struct SQLResultShape
+{
+    QString body;           // the SELECT without its ORDER BY, filter conditions included
+    QString order;          // the ORDER BY items as written, without the keywords
+    QList<QVariant> params; // one for each "?" of the body
+    QStringList keys;       // columns of the result that identify a row; empty: none
+};
+
+// Positional access to the rows of a result without holding them. The order is made total
+// by the key, so that a position means the same record every time it is read. Positions
+// near the start are read from the database directly; any other position makes the source
+// compute the order once, as a table of keys in result order on the server (a temporary
+// table of the session), and read every later page through it. No statement, lock or
+// transaction is held between reads, except a SQLite statement that streams a walk until
+// Pause.
 class SQLRowSource
 {
 public:
-    virtual ~SQLRowSource() = default;
-    // Column names and types, and SQLite's declared types (empty elsewhere).
-    virtual QSqlRecord Record() const = 0;
-    virtual QStringList DeclaredTypes() const { return {}; }
-    // The exact number of rows, counted once.
-    virtual qint64 Count() = 0;
-    // Up to n rows from position first (0-based).
-    virtual void Fetch(qint64 first, int n, SQLRows &rows) = 0;
-    // Lets go of the current statement, so that the connection can write.
-    virtual void Pause() {}
-    // Starts over on fresh data after the database changed.
-    virtual void Reset() = 0;
-    // The position of the first row whose columns hold the values (null matching null), -1
-    // when there is none, -2 when this source cannot search by itself.
-    virtual qint64 Find(const QList<int> &, const QList<QVariant> &) { return -2; }
+    virtual ~SQLRowSource();
 
     // The source suited to the connection's database.
-    static std::unique_ptr<SQLRowSource> Create(TSQLConnection *connection, const QString &sql,
-                                                const QList<QVariant> &params);
+    static std::unique_ptr<SQLRowSource> Create(TSQLConnection *connection, const SQLResultShape &shape);
+
+    // Column names and types, and SQLite's declared types (empty elsewhere).
+    QSqlRecord Record() const { return record_; }
+    virtual QStringList DeclaredTypes() const { return {}; }
+    // The exact number of rows, counted once.
+    qint64 Count();
+    // Up to n rows from position first (0-based); fewer only at the end of the result.
+    void Fetch(qint64 first, int n, SQLRows &rows);
+    // Lets go of any statement still open, so that the connection can write and other
+    // programs are not held up.
+    virtual void Pause() {}
+    // Starts over on fresh data after the database changed.
+    void Reset();
+    // Whether rows have keys (and so positions can be found by key).
+    bool HasKeys() const { return !keyColumns_.isEmpty(); }
+    const QList<int> &KeyColumns() const { return keyColumns_; }
+    // The position of the row with these key values in the current result, -1 when the
+    // result has no such row.
+    qint64 PositionOf(const QList<QVariant> &keyValues);
+    // The position of the first row whose columns hold the values (null matching null), -1
+    // when there is none, -2 when this source cannot search by itself.
+    qint64 Find(const QList<int> &columns, const QList<QVariant> &values);
+    // How many times the order of the result was computed into a table of keys (for tests).
+    int IndexBuilds() const { return indexBuilds_; }
+
+protected:
+    SQLRowSource(TSQLConnection *connection, const SQLResultShape &shape);
+    // Reads the columns of the result and works out the order; constructors call it.
+    void Describe();
+
+    // ---- what each database does its own way ----
+    // Runs a query and appends up to max rows (all when max < 0) to rows.
+    virtual void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max = -1) = 0;
+    // Runs a statement that returns nothing.
+    virtual void Exec(const QString &sql, const QList<QVariant> &params = {}) = 0;
+    // The columns of a query, without reading its rows.
+    virtual QSqlRecord Columns(const QString &sql, const QList<QVariant> &params) = 0;
+    // Reads rows of the ordered result from a position directly (no key table);
+    // `sequential` when the last direct read ended there.
+    virtual void ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential);
+    // Whether a sequential read that is already at `first` can go on; SQLite streams.
+    virtual bool Streaming(qint64 first) const { Q_UNUSED(first); return false; }
+    // The statements that fill the key table `table` in result order; false when the
+    // database cannot keep one.
+    struct Statement
+    {
+        QString sql;
+        QList<QVariant> params;
+    };
+    virtual bool IndexStatements(const QString &table, QList<Statement> &statements) = 0;
+    // The expression of the key table's position column (1-based), as the page query reads it.
+    virtual QString IndexPosition() const = 0;
+    // "a IS b" in this database's words.
+    virtual QString Same(const QString &a, const QString &b) const = 0;
+
+    QString Quote(const QString &name) const;
+    // The ordered result, a statement the source may add LIMIT and OFFSET to.
+    QString Ordered() const { return ordered_; }
+    // Whether every ORDER BY item is a column, so that the source could make the order its own.
+    bool OrderKnown() const { return orderKnown_; }
+    // The ORDER BY items that make the order total (columns of qdb_q).
+    QString OrderClause(const QString &alias) const;
+
+    TSQLConnection *connection_;
+    SQLResultShape shape_;
+    QSqlRecord record_;
+
+private:
+    struct OrderItem
+    {
+        int column;
+        bool descending;
+        bool nullsFirst;
+        bool explicitNulls;
+    };
+    void buildIndex();
+    void dropIndex() noexcept;
+    void readIndexed(qint64 first, int n, SQLRows &rows);
+    QString keyMatch(const QString &alias) const;
+    QString before(const QString &row, const QString &target) const;
+    qint64 indexPositionOf(const QList<QVariant> &keyValues);
+
+    QList<int> keyColumns_;
+    QList<OrderItem> order_;
+    bool orderKnown_ = false; // every ORDER BY item is a column: the order is ours to extend
+    QString ordered_;
+    qint64 count_ = -1;
+    QString index_;       // the key table; empty until built
+    qint64 indexRows_ = 0;
+    int indexBuilds_ = 0;
+    qint64 directEnd_ = -1; // where the last direct read ended
 };
 
 // Replaces each "?" placeholder outside quotes and comments with the driver's literal for
-// its value; for statements that cannot take bound values (a cursor declaration).
+// its value; for statements that cannot take bound values.
 QString InlineParameters(const QString &sql, const QList<QVariant> &params, const class QSqlDriver *driver);
 
 } // namespace qdb

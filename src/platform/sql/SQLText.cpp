@@ -1,5 +1,7 @@
 #include "SQLText.h"
 
+#include <QRegularExpression>
+
 namespace qdb {
 
 namespace {
@@ -51,6 +53,54 @@ QPair<QString, QString> SplitOrderBy(const QString &statement)
     if (!TopLevelKeyword(rest, QLatin1String("LIMIT")).isEmpty() || !TopLevelKeyword(rest, QLatin1String("OFFSET")).isEmpty())
         return {sql, QString()};
     return {sql.left(at).trimmed(), rest};
+}
+
+bool ParseOrderItems(const QString &order, QList<SQLOrderItem> &items)
+{
+    items.clear();
+    QStringList parts;
+    int depth = 0;
+    qsizetype start = 0;
+    ScanCode(order, [&](qsizetype i) {
+        const QChar c = order[i];
+        if (c == QLatin1Char('('))
+            ++depth;
+        else if (c == QLatin1Char(')'))
+            --depth;
+        else if (c == QLatin1Char(',') && depth == 0) {
+            parts << order.mid(start, i - start);
+            start = i + 1;
+        }
+    });
+    parts << order.mid(start);
+    static const QRegularExpression item(
+        QStringLiteral("^\\s*(?:(?:\"(?:[^\"]|\"\")+\"|\\w+)\\s*\\.\\s*)*(\"(?:[^\"]|\"\")+\"|\\w+)"
+                       "(?:\\s+(ASC|DESC))?(?:\\s+NULLS\\s+(FIRST|LAST))?\\s*$"),
+        QRegularExpression::CaseInsensitiveOption);
+    for (const QString &part : parts) {
+        if (part.trimmed().isEmpty())
+            continue;
+        const QRegularExpressionMatch m = item.match(part);
+        if (!m.hasMatch())
+            return false;
+        SQLOrderItem it;
+        QString name = m.captured(1);
+        if (name.startsWith(QLatin1Char('"'))) {
+            it.quoted = true;
+            name = name.mid(1, name.size() - 2).replace(QLatin1String("\"\""), QLatin1String("\""));
+        } else {
+            bool number = false;
+            it.number = name.toInt(&number);
+            if (!number)
+                it.number = 0;
+        }
+        it.name = name;
+        it.descending = m.captured(2).compare(QLatin1String("DESC"), Qt::CaseInsensitive) == 0;
+        if (m.capturedLength(3) > 0)
+            it.nullsFirst = m.captured(3).compare(QLatin1String("FIRST"), Qt::CaseInsensitive) == 0 ? 1 : 0;
+        items << it;
+    }
+    return true;
 }
 
 } // namespace qdb

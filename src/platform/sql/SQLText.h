@@ -38,4 +38,18 @@ QList<qsizetype> TopLevelKeyword(const QString &sql, QLatin1String word);
 // when there is none, or when a LIMIT or OFFSET follows it and so belongs to the body).
 QPair<QString, QString> SplitOrderBy(const QString &sql);
 
+// One item of an ORDER BY clause that names a column: "name", "t.name" or a 1-based column
+// number, with its direction and an explicit NULLS FIRST/LAST.
+struct SQLOrderItem
+{
+    QString name;     // unquoted, qualifier dropped
+    bool quoted = false;
+    int number = 0;   // ORDER BY 2: the column's number, else 0
+    bool descending = false;
+    int nullsFirst = -1; // 1 NULLS FIRST, 0 NULLS LAST, -1 as the database does by default
+};
+// The items of an ORDER BY clause (without the keywords); false when an item is an
+// expression rather than a column.
+bool ParseOrderItems(const QString &order, QList<SQLOrderItem> &items);
+
 } // namespace qdb

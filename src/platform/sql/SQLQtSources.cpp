@@ -1,0 +1,137 @@
+// Rows of results read through Qt's SQL drivers: PostgreSQL, and any other database.
+
+#include "SQLSources.h"
+
+#include "platform/rtl/Exceptions.h"
+
+#include <QCoreApplication>
+#include <QSqlError>
+
+namespace qdb {
+
+namespace {
+
+QString tr(const char *text)
+{
+    return QCoreApplication::translate("qdb", text);
+}
+
+// Every read is a short statement of its own: no cursor, no transaction left open.
+class QtSource : public SQLRowSource
+{
+public:
+    QtSource(TSQLConnection *connection, const SQLResultShape &shape, QSqlDatabase db)
+        : SQLRowSource(connection, shape), db_(db)
+    {
+    }
+
+protected:
+    QSqlQuery run(const QString &sql, const QList<QVariant> &params)
+    {
+        QSqlQuery q(db_);
+        q.setForwardOnly(true);
+        bool ok;
+        if (params.isEmpty()) {
+            ok = q.exec(sql);
+        } else {
+            ok = q.prepare(sql);
+            for (const QVariant &p : params)
+                q.addBindValue(p);
+            ok = ok && q.exec();
+        }
+        if (!ok)
+            SQLError(tr("The query failed"), q.lastError());
+        return q;
+    }
+
+    void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max) override
+    {
+        QSqlQuery q = run(sql, params);
+        const int columns = q.record().count();
+        if (rows.columns == 0)
+            rows.columns = columns;
+        for (qint64 i = 0; (max < 0 || i < max) && q.next(); ++i)
+            for (int c = 0; c < columns; ++c)
+                rows.values.push_back(Variant::FromQVariant(q.value(c)));
+    }
+
+    void Exec(const QString &sql, const QList<QVariant> &params) override
+    {
+        // Statements such as CREATE TABLE ... AS cannot take bound values everywhere.
+        run(params.isEmpty() ? sql : InlineParameters(sql, params, db_.driver()), {});
+    }
+
+    QSqlRecord Columns(const QString &sql, const QList<QVariant> &params) override
+    {
+        return run(sql + QStringLiteral(" LIMIT 0"), params).record();
+    }
+
+    QString Same(const QString &a, const QString &b) const override
+    {
+        return QStringLiteral("(%1 = %2 OR (%1 IS NULL AND %2 IS NULL))").arg(a, b);
+    }
+
+    QSqlDatabase db_;
+};
+
+// PostgreSQL: reads go through the connection's shared reading session; a result's order,
+// once computed, is a temporary table of that session.
+class PostgreSQLSource : public QtSource
+{
+public:
+    PostgreSQLSource(TSQLConnection *connection, const SQLResultShape &shape)
+        : QtSource(connection, shape, connection->Reader())
+    {
+        Describe();
+    }
+
+protected:
+    bool IndexStatements(const QString &table, QList<Statement> &statements) override
+    {
+        QStringList columns;
+        if (!HasKeys())
+            columns << QStringLiteral("qdb_q.*");
+        for (int key : KeyColumns())
+            columns << QStringLiteral("qdb_q.") + Quote(record_.fieldName(key));
+        const QString select = OrderKnown()
+            ? QStringLiteral("SELECT row_number() OVER (ORDER BY %1) AS qdb_pos, %2 FROM (%3) qdb_q")
+                  .arg(OrderClause(QStringLiteral("qdb_q")), columns.join(QStringLiteral(", ")), shape_.body)
+            : QStringLiteral("SELECT row_number() OVER () AS qdb_pos, %1 FROM (%2) qdb_q")
+                  .arg(columns.join(QStringLiteral(", ")), Ordered());
+        statements << Statement{QStringLiteral("CREATE TEMP TABLE %1 AS %2").arg(table, select), shape_.params}
+                   << Statement{QStringLiteral("CREATE UNIQUE INDEX ON %1 (qdb_pos)").arg(table), {}}
+                   << Statement{QStringLiteral("ANALYZE %1").arg(table), {}}; // temporary tables get no statistics otherwise
+        return true;
+    }
+
+    QString IndexPosition() const override { return QStringLiteral("qdb_i.qdb_pos"); }
+    QString Same(const QString &a, const QString &b) const override { return a + QStringLiteral(" IS NOT DISTINCT FROM ") + b; }
+};
+
+class PortableSource : public QtSource
+{
+public:
+    PortableSource(TSQLConnection *connection, const SQLResultShape &shape)
+        : QtSource(connection, shape, connection->Database())
+    {
+        Describe();
+    }
+
+protected:
+    bool IndexStatements(const QString &, QList<Statement> &) override { return false; }
+    QString IndexPosition() const override { return QString(); }
+};
+
+} // namespace
+
+std::unique_ptr<SQLRowSource> NewPostgreSQLSource(TSQLConnection *connection, const SQLResultShape &shape)
+{
+    return std::make_unique<PostgreSQLSource>(connection, shape);
+}
+
+std::unique_ptr<SQLRowSource> NewPortableSource(TSQLConnection *connection, const SQLResultShape &shape)
+{
+    return std::make_unique<PortableSource>(connection, shape);
+}
+
+} // namespace qdb

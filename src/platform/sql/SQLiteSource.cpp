@@ -1,0 +1,230 @@
+// Rows of SQLite results, read through the connection's own handle: values come straight
+// from SQLite without going through QVariant and UTF-16.
+
+#include "SQLSources.h"
+
+#include "platform/rtl/Exceptions.h"
+
+#include <sqlite3.h>
+
+#include <QCoreApplication>
+#include <QSqlDriver>
+#include <QSqlField>
+
+namespace qdb {
+
+namespace {
+
+[[noreturn]] void sqliteError(sqlite3 *db, const QString &what)
+{
+    throw EDatabaseError(what + QStringLiteral(": ") + QString::fromUtf8(sqlite3_errmsg(db)));
+}
+
+// A statement of our own on the connection's SQLite handle: values come straight from
+// SQLite without going through QVariant and UTF-16.
+class SQLiteStatement
+{
+public:
+    SQLiteStatement(sqlite3 *db, const QString &sql, const QList<QVariant> &params) : db_(db)
+    {
+        const QByteArray text = sql.toUtf8();
+        if (sqlite3_prepare_v2(db_, text.constData(), int(text.size()), &stmt_, nullptr) != SQLITE_OK)
+            sqliteError(db_, QCoreApplication::translate("qdb", "The query failed"));
+        for (int i = 0; i < params.size(); ++i) {
+            const QVariant &p = params[i];
+            const int at = i + 1;
+            if (!p.isValid() || p.isNull()) {
+                sqlite3_bind_null(stmt_, at);
+                continue;
+            }
+            switch (p.metaType().id()) {
+            case QMetaType::Bool:
+            case QMetaType::Int:
+            case QMetaType::UInt:
+            case QMetaType::LongLong:
+            case QMetaType::ULongLong: sqlite3_bind_int64(stmt_, at, p.toLongLong()); break;
+            case QMetaType::Double: sqlite3_bind_double(stmt_, at, p.toDouble()); break;
+            case QMetaType::QByteArray: {
+                const QByteArray b = p.toByteArray();
+                sqlite3_bind_blob64(stmt_, at, b.constData(), sqlite3_uint64(b.size()), SQLITE_TRANSIENT);
+                break;
+            }
+            default: {
+                const QByteArray s = p.toString().toUtf8();
+                sqlite3_bind_text64(stmt_, at, s.constData(), sqlite3_uint64(s.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+                break;
+            }
+            }
+        }
+        step(); // the first row tells the types of the columns
+    }
+    ~SQLiteStatement() { sqlite3_finalize(stmt_); }
+    SQLiteStatement(const SQLiteStatement &) = delete;
+    SQLiteStatement &operator=(const SQLiteStatement &) = delete;
+
+    int Columns() const { return sqlite3_column_count(stmt_); }
+    QSqlRecord Record() const
+    {
+        QSqlRecord record;
+        for (int c = 0; c < Columns(); ++c) {
+            QMetaType type = QMetaType::fromType<QString>();
+            if (hasRow_) {
+                switch (sqlite3_column_type(stmt_, c)) {
+                case SQLITE_INTEGER: type = QMetaType::fromType<qlonglong>(); break;
+                case SQLITE_FLOAT: type = QMetaType::fromType<double>(); break;
+                case SQLITE_BLOB: type = QMetaType::fromType<QByteArray>(); break;
+                default: break;
+                }
+            }
+            record.append(QSqlField(QString::fromUtf8(sqlite3_column_name(stmt_, c)), type));
+        }
+        return record;
+    }
+    QStringList DeclaredTypes() const
+    {
+        QStringList types;
+        for (int c = 0; c < Columns(); ++c) {
+            const char *declared = sqlite3_column_decltype(stmt_, c);
+            types << (declared ? QString::fromUtf8(declared) : QString());
+        }
+        return types;
+    }
+    // Appends up to n rows; answers how many.
+    int Read(int n, SQLRows &rows)
+    {
+        const int columns = Columns();
+        rows.columns = columns;
+        int got = 0;
+        while (got < n && hasRow_) {
+            for (int c = 0; c < columns; ++c) {
+                switch (sqlite3_column_type(stmt_, c)) {
+                case SQLITE_INTEGER: rows.values.emplace_back(qint64(sqlite3_column_int64(stmt_, c))); break;
+                case SQLITE_FLOAT: rows.values.emplace_back(sqlite3_column_double(stmt_, c)); break;
+                case SQLITE_TEXT:
+                    rows.values.emplace_back(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt_, c)),
+                                                               sqlite3_column_bytes(stmt_, c)));
+                    break;
+                case SQLITE_BLOB:
+                    rows.values.emplace_back(QByteArray(static_cast<const char *>(sqlite3_column_blob(stmt_, c)),
+                                                        sqlite3_column_bytes(stmt_, c)));
+                    break;
+                default: rows.values.push_back(Variant::Null()); break;
+                }
+            }
+            ++got;
+            step();
+        }
+        return got;
+    }
+private:
+    void step()
+    {
+        const int rc = sqlite3_step(stmt_);
+        if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+            sqliteError(db_, QCoreApplication::translate("qdb", "The query failed"));
+        hasRow_ = rc == SQLITE_ROW;
+    }
+
+    sqlite3 *db_;
+    sqlite3_stmt *stmt_ = nullptr;
+    bool hasRow_ = false;
+};
+
+sqlite3 *sqliteHandle(QSqlDatabase db)
+{
+    const QVariant handle = db.driver()->handle();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        throw EDatabaseError(QCoreApplication::translate("qdb", "The SQLite driver gives no access to its database"));
+    return *static_cast<sqlite3 *const *>(handle.constData());
+}
+
+// A walk forwards goes on in one statement; every other read is a statement of its own.
+class SQLiteSource : public SQLRowSource
+{
+public:
+    SQLiteSource(TSQLConnection *connection, const SQLResultShape &shape)
+        : SQLRowSource(connection, shape), db_(sqliteHandle(connection->Database()))
+    {
+        Describe();
+    }
+
+    QStringList DeclaredTypes() const override { return declared_; }
+    void Pause() override
+    {
+        stream_.reset();
+        streamPos_ = -1;
+    }
+
+protected:
+    void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max) override
+    {
+        SQLiteStatement statement(db_, sql, params);
+        statement.Read(max < 0 ? std::numeric_limits<int>::max() : int(qMin<qint64>(max, std::numeric_limits<int>::max())), rows);
+    }
+
+    void Exec(const QString &sql, const QList<QVariant> &params) override { SQLiteStatement(db_, sql, params); }
+
+    QSqlRecord Columns(const QString &sql, const QList<QVariant> &params) override
+    {
+        // The first row tells the types of columns that declare none.
+        SQLiteStatement statement(db_, sql + QStringLiteral(" LIMIT 1"), params);
+        declared_ = statement.DeclaredTypes();
+        return statement.Record();
+    }
+
+    bool Streaming(qint64 first) const override { return stream_ && streamPos_ == first; }
+
+    void ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential) override
+    {
+        if (!Streaming(first)) {
+            if (!sequential || first == 0) {
+                // One screen: SQLite keeps only the rows it returns while sorting.
+                SQLRowSource::ReadDirect(first, n, rows, sequential);
+                return;
+            }
+            Pause();
+            QList<QVariant> params = shape_.params;
+            params << first;
+            stream_ = std::make_unique<SQLiteStatement>(db_, Ordered() + QStringLiteral(" LIMIT -1 OFFSET ?"), params);
+            streamPos_ = first;
+        }
+        rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
+        streamPos_ += stream_->Read(n, rows);
+    }
+
+    bool IndexStatements(const QString &table, QList<Statement> &statements) override
+    {
+        QString select;
+        if (!HasKeys()) {
+            select = Ordered();
+        } else {
+            QStringList keys;
+            for (int key : KeyColumns())
+                keys << QStringLiteral("qdb_q.") + Quote(record_.fieldName(key));
+            select = OrderKnown() ? QStringLiteral("SELECT %1 FROM (%2) qdb_q ORDER BY %3")
+                                        .arg(keys.join(QStringLiteral(", ")), shape_.body, OrderClause(QStringLiteral("qdb_q")))
+                                  : QStringLiteral("SELECT %1 FROM (%2) qdb_q").arg(keys.join(QStringLiteral(", ")), Ordered());
+        }
+        // Rows go in in the order selected, so the table's rowid is the position.
+        statements << Statement{QStringLiteral("CREATE TEMP TABLE %1 AS %2").arg(table, select), shape_.params};
+        return true;
+    }
+
+    QString IndexPosition() const override { return QStringLiteral("qdb_i.rowid"); }
+    QString Same(const QString &a, const QString &b) const override { return a + QStringLiteral(" IS ") + b; }
+
+private:
+    sqlite3 *db_;
+    QStringList declared_;
+    std::unique_ptr<SQLiteStatement> stream_;
+    qint64 streamPos_ = -1;
+};
+
+} // namespace
+
+std::unique_ptr<SQLRowSource> NewSQLiteSource(TSQLConnection *connection, const SQLResultShape &shape)
+{
+    return std::make_unique<SQLiteSource>(connection, shape);
+}
+
+} // namespace qdb
