@@ -154,6 +154,17 @@ void TSQLConnection::SetConnected(bool on)
         opened = db.open();
         error = db.lastError();
         if (opened && Dialect() == TSQLDialect::SQLite) {
+            // SQLite reads the file only when asked: a damaged one shows here, not as an
+            // empty database.
+            QSqlQuery probe(db);
+            if (!probe.exec(QStringLiteral("SELECT COUNT(*) FROM sqlite_master"))) {
+                error = probe.lastError();
+                probe = QSqlQuery();
+                db.close();
+                opened = false;
+            }
+        }
+        if (opened && Dialect() == TSQLDialect::SQLite) {
             QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
             // Data sets keep a statement open while rows are looked at; in the default journal
             // mode that would lock out every other writer of the file.

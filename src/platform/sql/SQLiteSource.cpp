@@ -17,7 +17,9 @@ namespace {
 
 [[noreturn]] void sqliteError(sqlite3 *db, const QString &what)
 {
-    throw EDatabaseError(what + QStringLiteral(": ") + QString::fromUtf8(sqlite3_errmsg(db)));
+    // The file is named: a damaged one is otherwise hard to tell from a wrong statement.
+    throw EDatabaseError(QStringLiteral("%1: %2 (%3)").arg(what, QString::fromUtf8(sqlite3_errmsg(db)),
+                                                         QString::fromUtf8(sqlite3_db_filename(db, "main"))));
 }
 
 // A statement of our own on the connection's SQLite handle: values come straight from
