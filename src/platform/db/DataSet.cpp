@@ -515,6 +515,17 @@ int TDataSet::MoveBy(int distance)
     if ((distance > 0 && !eof_) || (distance < 0 && !bof_)) {
         bof_ = false;
         eof_ = false;
+        // Far beyond the window: stepping record by record would read everything between.
+        if (std::abs(distance) > 2 * bufferCount_ + recordCount_) {
+            UpdateCursorPos();
+            if (InternalJump(distance, result)) {
+                Resync({rmCenter});
+                bof_ = distance < 0 && result != distance;
+                eof_ = distance > 0 && result != distance;
+                DoAfterScroll();
+                return result;
+            }
+        }
         int scrollCount = 0;
         try {
             while (distance > 0) {

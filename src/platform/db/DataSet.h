@@ -253,6 +253,14 @@ protected:
     virtual bool GetCanModify() const { return true; }
     // Called when Filter, FilterOptions or OnFilterRecord change while filtered.
     virtual void FilterChanged();
+    // Moves the cursor straight to the record `distance` away (as far as there are records)
+    // and answers how far it went; false when the descendant can only step.
+    virtual bool InternalJump(int distance, int &moved)
+    {
+        Q_UNUSED(distance);
+        Q_UNUSED(moved);
+        return false;
+    }
     // The record matching of a locate; descendants may search faster.
     virtual bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
                               bool syncCursor);

@@ -353,6 +353,16 @@ void TCustomSQLDataSet::InternalLast()
     pos_ = count();
 }
 
+bool TCustomSQLDataSet::InternalJump(int distance, int &moved)
+{
+    if ((Filtered() && OnFilterRecord()) || pos_ < 0 || count() == 0)
+        return false; // the handler must see each record on the way
+    const qint64 target = qBound<qint64>(0, pos_ + distance, count() - 1);
+    moved = int(target - pos_);
+    pos_ = target;
+    return true;
+}
+
 // A bookmark: the reading of the result it was taken in, the position there, and the
 // record's key values as the database knows them.
 namespace {

@@ -83,6 +83,7 @@ protected:
     TGetResult GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doCheck) override;
     void InternalFirst() override { pos_ = -1; }
     void InternalLast() override;
+    bool InternalJump(int distance, int &moved) override;
     void InternalGotoBookmark(const TBookmark &bookmark) override;
     void InternalSetToRecord(TRecordBuffer &buffer) override;
     TBookmark GetBookmarkData(const TRecordBuffer &buffer) const override;

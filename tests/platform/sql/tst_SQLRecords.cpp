@@ -177,8 +177,15 @@ TEST_P(SQLRecordsTest, EveryPositionAgreesWithAWalk)
         EXPECT_EQ(id(), expected[Rows - 1 - Rows / 2]);
         table.SetRecNo(Rows / 3);
         EXPECT_EQ(id(), expected[Rows / 3 - 1]);
-        table.MoveBy(-(Rows / 3 - 1));
+        EXPECT_EQ(table.MoveBy(-(Rows / 3 - 1)), -(Rows / 3 - 1));
         EXPECT_EQ(id(), expected[0]);
+        EXPECT_FALSE(table.Bof()); // landed on the first record, did not try to pass it
+        table.SetRecNo(10);
+        EXPECT_EQ(table.MoveBy(-Rows), -9);
+        EXPECT_TRUE(table.Bof());
+        EXPECT_EQ(table.MoveBy(Rows), Rows - 1);
+        EXPECT_TRUE(table.Eof());
+        EXPECT_EQ(id(), expected.last());
 
         // The database finds a record's place by key or by another column.
         for (int i = 7; i < Rows; i += 1009) {
