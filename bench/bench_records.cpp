@@ -9,6 +9,8 @@
 
 #include "platform/sql/SQLDataSet.h"
 
+#include "BenchDatabase.h"
+
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -20,27 +22,8 @@ using namespace qdb;
 
 namespace {
 
-qint64 rows()
-{
-    static const qint64 n = qEnvironmentVariableIsSet("QDB_BENCH_ROWS") ? qEnvironmentVariable("QDB_BENCH_ROWS").toLongLong()
-                                                                        : 1000000;
-    return n;
-}
-
-QString databasePath()
-{
-    static const QString path = [] {
-        const QString dir = QCoreApplication::applicationDirPath();
-        const QString file = dir + QStringLiteral("/big-%1.db").arg(rows());
-        if (!QFile::exists(file)) {
-            const QString generator = dir + QStringLiteral("/../tools/makesampledb/makesampledb");
-            if (QProcess::execute(generator, {file, QStringLiteral("--big"), QString::number(rows())}) != 0)
-                qFatal("cannot make the benchmark database");
-        }
-        return file;
-    }();
-    return path;
-}
+using bench::rows;
+using bench::databasePath;
 
 const char *orderOf(const benchmark::State &state)
 {
