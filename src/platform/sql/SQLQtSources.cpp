@@ -24,6 +24,7 @@ public:
         : SQLRowSource(connection, shape), db_(db)
     {
     }
+    ~QtSource() override { Release(); }
 
 protected:
     QSqlQuery run(const QString &sql, const QList<QVariant> &params)

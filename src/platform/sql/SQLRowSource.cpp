@@ -230,6 +230,15 @@ void SQLRowSource::readIndexed(qint64 first, int n, SQLRows &rows)
     }
 }
 
+void SQLRowSource::Release() noexcept
+{
+    try {
+        Pause();
+    } catch (...) {
+    }
+    dropIndex();
+}
+
 void SQLRowSource::Reset()
 {
     Pause();

@@ -72,6 +72,9 @@ protected:
     SQLRowSource(TSQLConnection *connection, const SQLResultShape &shape);
     // Reads the columns of the result and works out the order; constructors call it.
     void Describe();
+    // Drops what the source keeps on the server; destructors call it, while the
+    // database's own operations still work.
+    void Release() noexcept;
 
     // ---- what each database does its own way ----
     // Runs a query and appends up to max rows (all when max < 0) to rows.

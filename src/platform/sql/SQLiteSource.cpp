@@ -153,6 +153,8 @@ public:
         Describe();
     }
 
+    ~SQLiteSource() override { Release(); }
+
     QStringList DeclaredTypes() const override { return declared_; }
     void Pause() override
     {

@@ -255,6 +255,14 @@ TEST_P(SQLRecordsTest, OpenDataSetsHoldNothingOnTheServer)
     EXPECT_NO_THROW(other.ExecSQL(QStringLiteral("ALTER TABLE items ADD COLUMN extra INTEGER")));
     tables.front()->First();
     EXPECT_EQ(tables.front()->FieldByName(QStringLiteral("id"))->AsInteger(), 1);
+
+    // A new order or a closed data set leaves no table of positions behind.
+    const QString keyTables = QStringLiteral("SELECT COUNT(*) FROM pg_class WHERE relname LIKE 'qdb_pos_%'");
+    EXPECT_GT(connection.ExecScalar(keyTables).ToInt64(), 0);
+    tables[1]->SetIndexFieldNames(QStringLiteral("name DESC"));
+    tables[1]->Last();
+    tables.clear();
+    EXPECT_EQ(connection.ExecScalar(keyTables).ToInt64(), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, SQLRecordsTest, testing::Values(Backend::SQLite, Backend::PostgreSQL),
