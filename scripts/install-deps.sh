@@ -13,6 +13,8 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   # SQLite declared column types and the raw-scan baseline of the benchmarks
   libsqlite3-dev
+  # telling a PostgreSQL session the server ended from a statement that failed
+  libpq-dev
   # PostgreSQL server started on loopback by the tests
   postgresql-15 postgresql-client-15
   # a virtual display for the explorer on machines without one; a known font for offscreen tests

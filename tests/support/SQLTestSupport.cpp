@@ -1,6 +1,9 @@
 #include "SQLTestSupport.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
 
 namespace qdb::test {
 
@@ -45,6 +48,49 @@ TestDatabase::~TestDatabase()
         Drop();
     } catch (...) {
     }
+}
+
+bool PrivateServer::script(const QStringList &arguments, QString *out)
+{
+    QProcess process;
+    process.start(QStringLiteral(QDB_SOURCE_DIR "/scripts/pg-server.sh"), arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
+        return false;
+    if (out)
+        *out = QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    return true;
+}
+
+bool PrivateServer::Start()
+{
+    if (qEnvironmentVariableIsEmpty("QDB_PG_URL") || !QFile::exists(QStringLiteral("/usr/lib/postgresql/15/bin/initdb")))
+        return false;
+    QFile::setPermissions(dir_.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner
+                                           | QFileDevice::ReadOther | QFileDevice::ExeOther);
+    for (int attempt = 0; attempt < 3 && url_.isEmpty(); ++attempt) {
+        port_ = 40000 + int(QRandomGenerator::global()->bounded(20000));
+        if (!script({QStringLiteral("start"), dir_.filePath(QStringLiteral("pg%1").arg(attempt)), QString::number(port_)}, &url_))
+            url_.clear();
+        else
+            dataDir_ = dir_.filePath(QStringLiteral("pg%1").arg(attempt));
+    }
+    return !url_.isEmpty();
+}
+
+void PrivateServer::Halt()
+{
+    script({QStringLiteral("halt"), dataDir_});
+}
+
+void PrivateServer::Resume()
+{
+    script({QStringLiteral("resume"), dataDir_, QString::number(port_)});
+}
+
+PrivateServer::~PrivateServer()
+{
+    if (!dataDir_.isEmpty())
+        script({QStringLiteral("stop"), dataDir_});
 }
 
 } // namespace qdb::test

@@ -37,4 +37,28 @@ private:
     QString database_;
 };
 
+// A PostgreSQL server of the test's own, which it may stop and start again; the shared
+// server of the run serves other tests meanwhile.
+class PrivateServer
+{
+public:
+    PrivateServer() = default;
+    ~PrivateServer();
+    PrivateServer(const PrivateServer &) = delete;
+    PrivateServer &operator=(const PrivateServer &) = delete;
+
+    // False where no PostgreSQL server can be run (the test skips).
+    bool Start();
+    QString Url() const { return url_; }
+    void Halt();
+    void Resume();
+
+private:
+    bool script(const QStringList &arguments, QString *out = nullptr);
+    QTemporaryDir dir_;
+    QString url_;
+    QString dataDir_;
+    int port_ = 0;
+};
+
 } // namespace qdb::test

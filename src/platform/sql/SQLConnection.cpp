@@ -11,6 +11,8 @@
 #include <QSqlQuery>
 #include <QUrl>
 
+#include <libpq-fe.h>
+
 #include <atomic>
 
 namespace qdb {
@@ -115,7 +117,9 @@ TSQLDialect TSQLConnection::Dialect() const
 
 bool TSQLConnection::Connected() const
 {
-    return QSqlDatabase::contains(connectionName_) && QSqlDatabase::database(connectionName_, false).isOpen();
+    // Open until the application closes it: a session the server ended is opened again on
+    // the next statement that fails, not by a second connection.
+    return QSqlDatabase::contains(connectionName_);
 }
 
 void TSQLConnection::SetConnected(bool on)
@@ -164,15 +168,15 @@ void TSQLConnection::SetConnected(bool on)
                 opened = false;
             }
         }
+        if (opened)
+            prepareSession(db);
         if (opened && Dialect() == TSQLDialect::SQLite) {
             QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
-            // Data sets keep a statement open while rows are looked at; in the default journal
-            // mode that would lock out every other writer of the file.
+            // A walk keeps its statement open until control is back in the event loop; in the
+            // default journal mode that would lock out every other writer meanwhile.
             if (databaseName_ != QLatin1String(":memory:"))
                 QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode = WAL"));
         }
-        if (opened && Dialect() == TSQLDialect::PostgreSQL) // notices are not for the user's console
-            QSqlQuery(db).exec(QStringLiteral("SET client_min_messages TO WARNING"));
     }
     if (!opened) {
         QSqlDatabase::removeDatabase(connectionName_);
@@ -224,10 +228,67 @@ QSqlDatabase TSQLConnection::Reader()
             QSqlDatabase::removeDatabase(name);
             SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
         }
-        QSqlQuery(reader).exec(QStringLiteral("SET client_min_messages TO WARNING"));
+        prepareSession(reader);
         readerName_ = name;
     }
     return QSqlDatabase::database(readerName_, false);
+}
+
+void TSQLConnection::prepareSession(QSqlDatabase db)
+{
+    QSqlQuery q(db);
+    if (Dialect() == TSQLDialect::SQLite) {
+        q.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeout_));
+    } else if (Dialect() == TSQLDialect::PostgreSQL) {
+        q.exec(QStringLiteral("SET client_min_messages TO WARNING")); // notices are not for the user's console
+        q.exec(QStringLiteral("SET statement_timeout = %1").arg(statementTimeout_));
+    }
+}
+
+void TSQLConnection::SetBusyTimeout(int ms)
+{
+    busyTimeout_ = qMax(0, ms);
+    if (Connected() && Dialect() == TSQLDialect::SQLite)
+        QSqlQuery(Database()).exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeout_));
+}
+
+bool TSQLConnection::restore(const QString &name)
+{
+    if (Dialect() != TSQLDialect::PostgreSQL || name.isEmpty() || !QSqlDatabase::contains(name))
+        return false;
+    QSqlDatabase db = QSqlDatabase::database(name, false);
+    if (db.isOpen()) {
+        const QVariant handle = db.driver()->handle();
+        if (handle.isValid() && qstrcmp(handle.typeName(), "PGconn*") == 0) {
+            PGconn *session = *static_cast<PGconn *const *>(handle.constData());
+            if (session && PQstatus(session) == CONNECTION_OK)
+                return false;
+        }
+    }
+    db.close();
+    if (!db.open())
+        SQLError(tr("The connection to the server was lost and cannot be made again"), db.lastError());
+    prepareSession(db);
+    return true;
+}
+
+bool TSQLConnection::RestoreDatabase()
+{
+    if (!restore(connectionName_))
+        return false;
+    if (inTransaction_) {
+        inTransaction_ = false;
+        throw EDatabaseError(tr("The connection to the server was lost; the open transaction was rolled back"));
+    }
+    return true;
+}
+
+bool TSQLConnection::RestoreReader()
+{
+    if (!restore(readerName_))
+        return false;
+    ++readerSessions_;
+    return true;
 }
 
 void TSQLConnection::closeReader()

@@ -29,6 +29,8 @@ class TSQLConnection : public QObject
     Q_PROPERTY(QString Password READ Password WRITE SetPassword STORED false)
     Q_PROPERTY(QString ConnectionString READ ConnectionString WRITE SetConnectionString STORED false)
     Q_PROPERTY(bool CreateDatabase READ CreateDatabase WRITE SetCreateDatabase)
+    Q_PROPERTY(int StatementTimeout READ StatementTimeout WRITE SetStatementTimeout)
+    Q_PROPERTY(int BusyTimeout READ BusyTimeout WRITE SetBusyTimeout)
     Q_PROPERTY(bool Connected READ Connected WRITE SetConnected STORED false)
 
 public:
@@ -53,6 +55,13 @@ public:
     // SQLite only: make the file when it does not exist (otherwise a missing file is an error).
     bool CreateDatabase() const { return createDatabase_; }
     void SetCreateDatabase(bool on) { createDatabase_ = on; }
+    // The longest a statement may run on the server, in milliseconds; 0: no bound. Applied
+    // to the sessions opened after it is set (PostgreSQL's statement_timeout).
+    int StatementTimeout() const { return statementTimeout_; }
+    void SetStatementTimeout(int ms) { statementTimeout_ = qMax(0, ms); }
+    // SQLite: how long a statement waits for another program's write to end, in milliseconds.
+    int BusyTimeout() const { return busyTimeout_; }
+    void SetBusyTimeout(int ms);
 
     bool Connected() const;
     void SetConnected(bool on);
@@ -77,6 +86,14 @@ public:
     // application's transaction; it holds no transaction between reads. SQLite reads
     // through Database().
     QSqlDatabase Reader();
+    // After a statement failed: when the server ended the session (a restart, an idle
+    // timeout, a killed backend), opens it again and answers true; false when the session is
+    // alive, so the failure was the statement's. Raises when the server cannot be reached,
+    // and when the session held the application's transaction, which is gone.
+    bool RestoreDatabase();
+    bool RestoreReader();
+    // Counts the reading sessions opened again: what lived in the old one is gone.
+    int ReaderSessions() const { return readerSessions_; }
     // A name quoted for this database ("Unit Price" -> "\"Unit Price\"").
     QString QuoteName(const QString &name);
 
@@ -92,6 +109,8 @@ private:
     QList<QPointer<TDataSet>> dataSets_;
     void checkDisconnected() const;
     void closeReader();
+    void prepareSession(QSqlDatabase db);
+    bool restore(const QString &name);
     QString connectionName_;
     QString readerName_;
     QString driverName_ = QStringLiteral("QSQLITE");
@@ -102,6 +121,9 @@ private:
     QString password_;
     bool createDatabase_ = false;
     bool inTransaction_ = false;
+    int statementTimeout_ = 0;
+    int busyTimeout_ = 5000;
+    int readerSessions_ = 0;
 };
 
 // Raises the EDatabaseError for a failed statement: the server's text, then the statement.

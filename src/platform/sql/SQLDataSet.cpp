@@ -138,9 +138,17 @@ QStringList TCustomSQLDataSet::keyNames() const
     const QString table = UpdateTableName();
     if (table.isEmpty())
         return {};
+    return primaryKeyNames(table);
+}
+
+QStringList TCustomSQLDataSet::primaryKeyNames(const QString &table) const
+{
     QSqlIndex primary = connection_->Database().primaryIndex(table);
+    if (primary.isEmpty() && connection_->RestoreDatabase()) // the server had ended the session
+        primary = connection_->Database().primaryIndex(table);
     if (primary.isEmpty() && table.contains(QLatin1Char('.')))
         primary = connection_->Database().primaryIndex(table.section(QLatin1Char('.'), -1));
+    QStringList names;
     for (int i = 0; i < primary.count(); ++i)
         names << primary.fieldName(i);
     return names;

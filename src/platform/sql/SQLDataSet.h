@@ -113,6 +113,7 @@ private:
     void openSource();
     // The names of the key fields, before any field exists.
     QStringList keyNames() const;
+    QStringList primaryKeyNames(const QString &table) const;
     // Reads the result again from the database; the record at `keep` stays current.
     void reread(const QList<QVariant> &keep);
     QList<QVariant> keyValuesAt(qint64 position) const;

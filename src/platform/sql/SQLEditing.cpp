@@ -51,6 +51,20 @@ private:
     bool own_;
 };
 
+// Runs a write; when the server had ended the session (and with it no transaction of the
+// application's), opens it again and runs the write once more.
+template<typename F>
+void writing(TSQLConnection *connection, F write)
+{
+    try {
+        write();
+    } catch (const EDatabaseError &) {
+        if (!connection->RestoreDatabase())
+            throw;
+        write();
+    }
+}
+
 } // namespace
 
 QList<TField *> TCustomSQLDataSet::keyFieldList()
@@ -58,14 +72,11 @@ QList<TField *> TCustomSQLDataSet::keyFieldList()
     if (!keyFields_.trimmed().isEmpty())
         return GetFieldList(keyFields_);
     const QString table = UpdateTableName();
-    QSqlIndex primary = connection_->Database().primaryIndex(table);
-    if (primary.isEmpty() && table.contains(QLatin1Char('.')))
-        primary = connection_->Database().primaryIndex(table.section(QLatin1Char('.'), -1));
     QList<TField *> keys;
-    for (int i = 0; i < primary.count(); ++i) {
-        TField *f = FindField(primary.fieldName(i));
+    for (const QString &name : primaryKeyNames(table)) {
+        TField *f = FindField(name);
         if (!f)
-            DatabaseError(tr("The key field %1 of table %2 is not in the query").arg(primary.fieldName(i), table), this);
+            DatabaseError(tr("The key field %1 of table %2 is not in the query").arg(name, table), this);
         keys << f;
     }
     if (keys.isEmpty())
@@ -145,7 +156,7 @@ void TCustomSQLDataSet::writeRecord(bool inserting)
     }
 
     source_->Pause();
-    {
+    writing(connection_, [&] {
         QSqlQuery q(connection_->Database()); // outlives the transaction: freed after a rollback
         WriteTransaction transaction(connection_);
         q.setForwardOnly(true);
@@ -170,7 +181,7 @@ void TCustomSQLDataSet::writeRecord(bool inserting)
         }
         q.finish();
         transaction.Commit();
-    }
+    });
 
     // Read the result again: defaults, triggers and a new order show.
     QList<QVariant> keep;
@@ -205,7 +216,7 @@ void TCustomSQLDataSet::InternalDelete()
         }
     }
     source_->Pause();
-    {
+    writing(connection_, [&] {
         QSqlQuery q(connection_->Database());
         WriteTransaction transaction(connection_);
         if (!q.prepare(QStringLiteral("DELETE FROM %1 WHERE %2").arg(Quote(table), parts.join(QStringLiteral(" AND ")))))
@@ -219,7 +230,7 @@ void TCustomSQLDataSet::InternalDelete()
                                                   : tr("The key fields match more than one record; nothing was deleted"),
                           this);
         transaction.Commit();
-    }
+    });
     reread({});
 }
 

@@ -87,6 +87,9 @@ public:
     }
 
 protected:
+    bool RestoreSession() override { return connection_->RestoreReader(); }
+    int Session() const override { return connection_->ReaderSessions(); }
+
     bool IndexStatements(const QString &table, QList<Statement> &statements) override
     {
         QStringList columns;

@@ -45,8 +45,10 @@ QString SQLRowSource::Quote(const QString &name) const
     return connection_->QuoteName(name);
 }
 
-void SQLRowSource::Describe()
+void SQLRowSource::describe()
 {
+    keyColumns_.clear();
+    order_.clear();
     record_ = Columns(QStringLiteral("SELECT * FROM (%1) qdb_q").arg(shape_.body), shape_.params);
     for (const QString &key : shape_.keys) {
         const int column = record_.indexOf(key);
@@ -113,7 +115,7 @@ QString SQLRowSource::OrderClause(const QString &alias) const
     return items.join(QStringLiteral(", "));
 }
 
-qint64 SQLRowSource::Count()
+qint64 SQLRowSource::count()
 {
     if (count_ < 0) {
         SQLRows rows;
@@ -131,9 +133,9 @@ void SQLRowSource::ReadDirect(qint64 first, int n, SQLRows &rows, bool sequentia
     Query(ordered_ + QStringLiteral(" LIMIT ? OFFSET ?"), params, rows, n);
 }
 
-void SQLRowSource::Fetch(qint64 first, int n, SQLRows &rows)
+void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
 {
-    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && Count() > SmallResult)
+    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult)
         buildIndex();
     if (!index_.isEmpty() && !Streaming(first)) {
         readIndexed(first, n, rows);
@@ -230,6 +232,61 @@ void SQLRowSource::readIndexed(qint64 first, int n, SQLRows &rows)
     }
 }
 
+template<typename F>
+auto SQLRowSource::reading(F read)
+{
+    forgetLostIndex();
+    try {
+        return read();
+    } catch (const EDatabaseError &) {
+        if (!RestoreSession())
+            throw;
+    }
+    forgetLostIndex();
+    return read();
+}
+
+void SQLRowSource::forgetLostIndex()
+{
+    if (session_ == Session())
+        return;
+    if (session_ >= 0) { // the key table went with the session that held it
+        index_.clear();
+        indexRows_ = 0;
+        directEnd_ = -1;
+    }
+    session_ = Session();
+}
+
+void SQLRowSource::Describe()
+{
+    reading([this] { describe(); });
+}
+
+qint64 SQLRowSource::Count()
+{
+    return reading([this] { return count(); });
+}
+
+void SQLRowSource::Fetch(qint64 first, int n, SQLRows &rows)
+{
+    const size_t before = rows.values.size();
+    reading([&] {
+        rows.values.resize(before); // nothing half read
+        fetch(first, n, rows);
+    });
+}
+
+qint64 SQLRowSource::PositionOf(const QList<QVariant> &keyValues)
+{
+    return reading([&] { return positionOf(keyValues); });
+}
+
+qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &values)
+{
+    return reading([&] { return find(columns, values); });
+}
+
 void SQLRowSource::Release() noexcept
 {
     try {
@@ -265,7 +322,7 @@ QString SQLRowSource::before(const QString &row, const QString &target) const
     return alternatives.isEmpty() ? QStringLiteral("1 = 0") : alternatives.join(QStringLiteral(" OR "));
 }
 
-qint64 SQLRowSource::PositionOf(const QList<QVariant> &keyValues)
+qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
 {
     if (!HasKeys() || keyValues.size() != keyColumns_.size())
         return -1;
@@ -298,7 +355,7 @@ qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)
     return rows.Count() ? rows.values[0].ToInt64() - 1 : -1;
 }
 
-qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &values)
+qint64 SQLRowSource::find(const QList<int> &columns, const QList<QVariant> &values)
 {
     if (!HasKeys() || !orderKnown_)
         return -2;
@@ -335,7 +392,7 @@ qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &valu
         for (const Variant &v : rows.values)
             keyValues << v.ToQVariant();
     }
-    return PositionOf(keyValues);
+    return positionOf(keyValues);
 }
 
 QString InlineParameters(const QString &sql, const QList<QVariant> &params, const QSqlDriver *driver)

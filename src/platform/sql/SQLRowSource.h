@@ -75,6 +75,11 @@ protected:
     // Drops what the source keeps on the server; destructors call it, while the
     // database's own operations still work.
     void Release() noexcept;
+    // After a failed statement: opens a session the server ended again (true), false when
+    // the failure was the statement's. What the source kept in the old session is gone.
+    virtual bool RestoreSession() { return false; }
+    // Which session the source reads through now (changes when one was opened again).
+    virtual int Session() const { return 0; }
 
     // ---- what each database does its own way ----
     // Runs a query and appends up to max rows (all when max < 0) to rows.
@@ -114,6 +119,16 @@ protected:
     QSqlRecord record_;
 
 private:
+    // Runs a read; a session the server ended is opened again and the read tried once more.
+    template<typename F>
+    auto reading(F read);
+    void forgetLostIndex();
+    qint64 count();
+    void fetch(qint64 first, int n, SQLRows &rows);
+    qint64 positionOf(const QList<QVariant> &keyValues);
+    qint64 find(const QList<int> &columns, const QList<QVariant> &values);
+    void describe();
+
     struct OrderItem
     {
         int column;
@@ -134,6 +149,7 @@ private:
     QString ordered_;
     qint64 count_ = -1;
     QString index_;       // the key table; empty until built
+    int session_ = -1; // the session the key table lives in
     qint64 indexRows_ = 0;
     int indexBuilds_ = 0;
     qint64 directEnd_ = -1; // where the last direct read ended

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QHash>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -315,4 +316,70 @@ TEST(SQLFiles, ADamagedFileIsReportedByName)
         EXPECT_TRUE(e.Message().contains(QStringLiteral("malformed"))) << e.what();
         EXPECT_TRUE(e.Message().contains(QStringLiteral("cut.db"))) << e.what();
     }
+}
+
+// A server of the test's own, stopped and started again while a data set is open.
+TEST(SQLServer, AStoppedServerLosesNothing)
+{
+    test::PrivateServer server;
+    if (!server.Start())
+        GTEST_SKIP() << "no PostgreSQL server can be run here";
+    RegisterDBTypes();
+    TSQLConnection connection;
+    connection.SetConnectionString(server.Url());
+    connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, grp INTEGER, name VARCHAR(20))"));
+    connection.ExecSQL(QStringLiteral("INSERT INTO items SELECT i, i % 97, 'n' || i FROM generate_series(1, %1) i").arg(Rows));
+    // Sessions that sit idle in a transaction are ended: a data set holds none.
+    connection.ExecSQL(QStringLiteral("ALTER DATABASE qdbtest SET idle_in_transaction_session_timeout = '500ms'"));
+    connection.Close();
+    TSQLTable table;
+    table.SetConnection(&connection);
+    table.SetTableName(QStringLiteral("items"));
+    table.SetIndexFieldNames(QStringLiteral("grp"));
+    table.Open();
+    table.SetRecNo(15000);
+    QThread::msleep(800);
+    const int id = table.FieldByName(QStringLiteral("id"))->AsInteger();
+    table.Edit();
+    table.FieldByName(QStringLiteral("name"))->SetAsString(QStringLiteral("typed"));
+
+    server.Halt();
+    try {
+        table.Post();
+        FAIL() << "posted to a stopped server";
+    } catch (const EDatabaseError &e) {
+        EXPECT_TRUE(e.Message().contains(QStringLiteral("connection to the server was lost"))) << e.what();
+    }
+    EXPECT_EQ(table.State(), dsEdit);
+    EXPECT_EQ(table.FieldByName(QStringLiteral("name"))->AsString(), QStringLiteral("typed"));
+
+    server.Resume();
+    table.Post(); // the session is opened again
+    EXPECT_EQ(table.FieldByName(QStringLiteral("id"))->AsInteger(), id);
+    EXPECT_EQ(table.RecNo(), 15000);
+    EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT name FROM items WHERE id = %1").arg(id)).ToString(),
+              QStringLiteral("typed"));
+
+    // The reading session ended by someone else: the next read opens it again.
+    connection.ExecSQL(QStringLiteral("SELECT pg_terminate_backend(pid) FROM pg_stat_activity"
+                                      " WHERE datname = current_database() AND pid <> pg_backend_pid()"));
+    table.MoveBy(-10000);
+    EXPECT_EQ(table.RecNo(), 5000);
+    const Variant expected = connection.ExecScalar(
+        QStringLiteral("SELECT id FROM items ORDER BY grp, id LIMIT 1 OFFSET 4999"));
+    EXPECT_EQ(table.FieldByName(QStringLiteral("id"))->AsInteger(), expected.ToInt());
+
+    // Stopped during a walk: a clear error; once it is back, closing and opening again works.
+    server.Halt();
+    try {
+        table.SetRecNo(9000);
+        table.MoveBy(-3000);
+        FAIL() << "read from a stopped server";
+    } catch (const EDatabaseError &e) {
+        EXPECT_TRUE(e.Message().contains(QStringLiteral("connection to the server was lost"))) << e.what();
+    }
+    server.Resume();
+    table.Close();
+    table.Open();
+    EXPECT_EQ(table.RecordCount(), Rows);
 }
