@@ -266,6 +266,46 @@ TEST_P(SQLRecordsTest, OpenDataSetsHoldNothingOnTheServer)
     EXPECT_EQ(connection.ExecScalar(keyTables).ToInt64(), 0);
 }
 
+TEST_P(SQLRecordsTest, TimeoutsAreTheApplicationsToSet)
+{
+    table.SetIndexFieldNames(QStringLiteral("id"));
+    if (pg()) {
+        // A statement that runs too long is ended by the server, with a message that says so.
+        connection.Close();
+        connection.SetStatementTimeout(200);
+        TSQLQuery slow;
+        slow.SetConnection(&connection);
+        slow.SQL()->SetText(QStringLiteral("SELECT id FROM items WHERE pg_sleep(0.001) IS NOT NULL"));
+        try {
+            slow.Open();
+            slow.Last();
+            FAIL() << "the statement ran past its timeout";
+        } catch (const EDatabaseError &e) {
+            EXPECT_TRUE(e.Message().contains(QStringLiteral("statement timeout"))) << e.what();
+        }
+        slow.Close();
+        connection.SetStatementTimeout(0);
+        table.Open();
+        EXPECT_EQ(table.RecordCount(), Rows);
+        return;
+    }
+    // SQLite: a write waits for another program's write as long as the application says,
+    // then fails without losing what was typed.
+    connection.SetBusyTimeout(100);
+    table.Open();
+    TSQLConnection other;
+    other.SetConnectionString(connection.ConnectionString());
+    other.StartTransaction();
+    other.ExecSQL(QStringLiteral("UPDATE items SET name = 'other' WHERE id = 2"));
+    table.Edit();
+    table.FieldByName(QStringLiteral("name"))->SetAsString(QStringLiteral("typed"));
+    EXPECT_THROW(table.Post(), EDatabaseError);
+    EXPECT_EQ(table.State(), dsEdit);
+    other.Commit();
+    table.Post();
+    EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT name FROM items WHERE id = 1")).ToString(), QStringLiteral("typed"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Databases, SQLRecordsTest, testing::Values(Backend::SQLite, Backend::PostgreSQL),
                          test::BackendName);
 
