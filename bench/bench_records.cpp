@@ -2,7 +2,9 @@
 // column without an index (argument 1): opening and the first screen, Last, 40 pages up
 // from the end, half the table back from opening, the scroll thumb to places not read yet, a walk backwards
 // against a walk forwards, and an insert in the middle; beside the SQLite C API stepping
-// the bare ORDER BY query to the same place.
+// the bare ORDER BY query to the same place; the same on PostgreSQL when QDB_PG_URL names a
+// server, against its bare query read through Qt's driver forward-only, with the server
+// sessions and open transactions the data set held.
 //
 // The table has 1,000,000 rows; QDB_BENCH_ROWS=10000000 measures ten million. It is made
 // on first use next to the benchmark and kept there, never committed.
@@ -17,6 +19,9 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QUrl>
 
 using namespace qdb;
 
@@ -30,13 +35,52 @@ const char *orderOf(const benchmark::State &state)
     return state.range(0) == 0 ? "ID" : "Amount";
 }
 
+// The second argument: 0 the SQLite file, 1 the PostgreSQL database QDB_PG_URL names.
+bool onServer(const benchmark::State &state)
+{
+    return state.range(1) == 1;
+}
+
+QString serverUrl()
+{
+    return qEnvironmentVariable("QDB_PG_URL");
+}
+
+// The same table on the server, made once (generated there, in a few seconds).
+void makeServerTable()
+{
+    TSQLConnection c;
+    c.SetConnectionString(serverUrl());
+    if (c.ExecScalar(QStringLiteral("SELECT to_regclass('big') IS NOT NULL")).ToBool()
+        && c.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM big")).ToInt64() == rows())
+        return;
+    c.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS big"));
+    c.ExecSQL(QStringLiteral("CREATE TABLE big (\"ID\" INTEGER PRIMARY KEY, \"Name\" VARCHAR(20) NOT NULL,"
+                             " \"Amount\" DOUBLE PRECISION, \"Qty\" INTEGER, \"Day\" DATE, \"Code\" VARCHAR(8))"));
+    c.ExecSQL(QStringLiteral("INSERT INTO big SELECT i, substr(md5(i::text), 1, 10), (i::bigint * 7919 % 100000) / 100.0,"
+                             " 1 + i % 100, date '2000-01-01' + i % 9000, 'C' || lpad((i::bigint * 31 % 1000000)::text, 6, '0')"
+                             " FROM generate_series(1, %1) i")
+                  .arg(rows()));
+    c.ExecSQL(QStringLiteral("ANALYZE big"));
+}
+
+// Every benchmark runs in both orders, on SQLite, and on PostgreSQL when there is a server.
+void orders(benchmark::internal::Benchmark *b)
+{
+    for (int order : {0, 1}) {
+        b->Args({order, 0});
+        if (!serverUrl().isEmpty())
+            b->Args({order, 1});
+    }
+}
+
 struct Opened
 {
     TSQLConnection connection;
     TSQLTable table;
     explicit Opened(const benchmark::State &state)
     {
-        connection.SetConnectionString(databasePath());
+        connection.SetConnectionString(onServer(state) ? serverUrl() : databasePath());
         table.SetConnection(&connection);
         table.SetTableName(QStringLiteral("big"));
         table.SetIndexFieldNames(QString::fromLatin1(orderOf(state)));
@@ -49,17 +93,48 @@ struct Opened
             sum += table.FieldByName(QStringLiteral("Name"))->AsString().size();
         return sum;
     }
+    // What the open data set holds on the server between reads.
+    void report(benchmark::State &state)
+    {
+        if (!onServer(state))
+            return;
+        const QString others = QStringLiteral("SELECT COUNT(*) FROM pg_stat_activity WHERE datname = current_database()"
+                                              " AND pid <> pg_backend_pid()");
+        state.counters["sessions"] = double(connection.ExecScalar(others).ToInt64());
+        state.counters["in_transaction"] =
+            double(connection.ExecScalar(others + QStringLiteral(" AND state LIKE 'idle in transaction%'")).ToInt64());
+    }
 };
 
-// The bare query stepped `skip` rows, then `read` rows read.
+// The bare query stepped `skip` rows, then `read` rows read: through the SQLite C API, or
+// through Qt's PostgreSQL driver forward-only.
 qint64 bareQuery(const benchmark::State &state, qint64 skip, int read)
 {
+    const QByteArray sql = QByteArray("SELECT * FROM big ORDER BY \"") + orderOf(state) + "\", \"ID\"";
+    qint64 sum = 0;
+    if (onServer(state)) {
+        const QUrl url(serverUrl());
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("bare"));
+            db.setHostName(url.host());
+            db.setPort(url.port(5432));
+            db.setUserName(url.userName());
+            db.setDatabaseName(url.path().mid(1));
+            db.open();
+            QSqlQuery q(db);
+            q.setForwardOnly(true);
+            q.exec(QString::fromLatin1(sql));
+            for (qint64 i = 0; i < skip + read && q.next(); ++i)
+                if (i >= skip)
+                    sum += q.value(1).toString().size();
+        }
+        QSqlDatabase::removeDatabase(QStringLiteral("bare"));
+        return sum;
+    }
     sqlite3 *db = nullptr;
     sqlite3_open_v2(databasePath().toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
     sqlite3_stmt *stmt = nullptr;
-    const QByteArray sql = QByteArray("SELECT * FROM big ORDER BY ") + orderOf(state) + ", ID";
     sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr);
-    qint64 sum = 0;
     for (qint64 i = 0; i < skip + read && sqlite3_step(stmt) == SQLITE_ROW; ++i)
         if (i >= skip)
             sum += sqlite3_column_bytes(stmt, 1);
@@ -103,6 +178,7 @@ void BM_PagesUpFromTheEnd_SQLTable(benchmark::State &state)
     for (auto _ : state)
         for (int page = 0; page < 40; ++page)
             o.table.MoveBy(-40);
+    o.report(state);
 }
 // From opening: Last computes the order, then half the table back.
 void BM_HalfBack_SQLTable(benchmark::State &state)
@@ -127,6 +203,7 @@ void BM_ThumbJump_SQLTable(benchmark::State &state)
     qint64 k = 0;
     for (auto _ : state)
         o.table.SetRecNo(int((++k * 104729 * 257) % rows()) + 1);
+    o.report(state);
 }
 
 void BM_WalkForwards_SQLTable(benchmark::State &state)
@@ -170,10 +247,10 @@ void BM_InsertInTheMiddle_SQLTable(benchmark::State &state)
         o.table.Post();
         benchmark::DoNotOptimize(o.table.RecNo());
     }
-    o.connection.ExecSQL(QStringLiteral("DELETE FROM big WHERE ID > ?"), {Variant(rows())});
+    o.connection.ExecSQL(QStringLiteral("DELETE FROM big WHERE \"ID\" > ?"), {Variant(rows())});
 }
 
-#define QDB_BOTH_ORDERS(name) BENCHMARK(name)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)
+#define QDB_BOTH_ORDERS(name) BENCHMARK(name)->Apply(orders)->Unit(benchmark::kMillisecond)
 QDB_BOTH_ORDERS(BM_FirstScreen_SQLTable);
 QDB_BOTH_ORDERS(BM_FirstScreen_SQLiteAPI);
 QDB_BOTH_ORDERS(BM_Last_SQLTable)->Iterations(2);
@@ -195,6 +272,8 @@ int main(int argc, char **argv)
     RegisterDBTypes();
     benchmark::Initialize(&argc, argv);
     databasePath(); // made before anything is measured
+    if (!serverUrl().isEmpty())
+        makeServerTable();
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -1,17 +1,21 @@
 #include "SQLConnection.h"
 
+#include "SQLWorker.h"
+
 #include "platform/db/DBConsts.h"
 #include "platform/db/DataSet.h"
 #include "platform/rtl/Exceptions.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
 
 #include <libpq-fe.h>
+#include <sqlite3.h>
 
 #include <atomic>
 
@@ -214,24 +218,101 @@ QSqlDatabase TSQLConnection::Database()
     return QSqlDatabase::database(connectionName_, false);
 }
 
-QSqlDatabase TSQLConnection::Reader()
+namespace {
+
+PGconn *serverSession(QSqlDatabase db)
+{
+    const QVariant handle = db.isOpen() ? db.driver()->handle() : QVariant();
+    if (!handle.isValid() || (qstrcmp(handle.typeName(), "PGconn*") != 0 && qstrcmp(handle.typeName(), "pg_conn*") != 0))
+        return nullptr;
+    return *static_cast<PGconn *const *>(handle.constData());
+}
+
+sqlite3 *sqliteSession(QSqlDatabase db)
+{
+    const QVariant handle = db.isOpen() ? db.driver()->handle() : QVariant();
+    if (!handle.isValid() || qstrcmp(handle.typeName(), "sqlite3*") != 0)
+        return nullptr;
+    return *static_cast<sqlite3 *const *>(handle.constData());
+}
+
+} // namespace
+
+void TSQLConnection::Read(const std::function<void(QSqlDatabase *reader)> &job)
 {
     Open();
-    if (Dialect() != TSQLDialect::PostgreSQL)
-        return Database();
-    if (readerName_.isEmpty()) {
-        const QString name = connectionName_ + QStringLiteral("-reader");
-        QSqlDatabase reader = QSqlDatabase::cloneDatabase(connectionName_, name);
-        if (!reader.open()) {
-            const QSqlError error = reader.lastError();
-            reader = QSqlDatabase();
-            QSqlDatabase::removeDatabase(name);
-            SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
-        }
-        prepareSession(reader);
-        readerName_ = name;
+    if (Dialect() != TSQLDialect::PostgreSQL && Dialect() != TSQLDialect::SQLite) {
+        job(nullptr);
+        return;
     }
-    return QSqlDatabase::database(readerName_, false);
+    if (!worker_)
+        worker_ = std::make_unique<SQLWorker>();
+    const bool outermost = readDepth_++ == 0;
+    if (outermost)
+        cancelled_ = false;
+    bool waited = false;
+    auto tick = [this, &waited](int elapsed) {
+        if (elapsed < waitDelay_)
+            return;
+        waited = true;
+        if (OnWait)
+            OnWait(this, elapsed);
+    };
+    auto done = qScopeGuard([&] {
+        --readDepth_;
+        if (waited)
+            Fire(AfterWait, this);
+    });
+    if (Dialect() == TSQLDialect::SQLite) {
+        worker_->Run([&] { job(nullptr); }, tick);
+        return;
+    }
+    worker_->Run(
+        [&] {
+            // The reading session lives in the worker thread, as Qt's connections must.
+            if (readerName_.isEmpty()) {
+                const QString name = connectionName_ + QStringLiteral("-reader");
+                QSqlDatabase reader = QSqlDatabase::cloneDatabase(connectionName_, name);
+                if (!reader.open()) {
+                    const QSqlError error = reader.lastError();
+                    reader = QSqlDatabase();
+                    QSqlDatabase::removeDatabase(name);
+                    SQLError(tr("Cannot connect to %1").arg(databaseName_), error);
+                }
+                prepareSession(reader);
+                readerName_ = name;
+                keepCancel(reader);
+            }
+            QSqlDatabase reader = QSqlDatabase::database(readerName_, false);
+            job(&reader);
+        },
+        tick);
+}
+
+void TSQLConnection::keepCancel(QSqlDatabase reader)
+{
+    const std::lock_guard<std::mutex> lock(cancelMutex_);
+    if (serverCancel_)
+        PQfreeCancel(static_cast<PGcancel *>(serverCancel_));
+    PGconn *session = serverSession(reader);
+    serverCancel_ = session ? PQgetCancel(session) : nullptr;
+}
+
+void TSQLConnection::Cancel()
+{
+    if (readDepth_ == 0)
+        return;
+    cancelled_ = true;
+    if (Dialect() == TSQLDialect::SQLite) {
+        if (sqlite3 *db = sqliteSession(Database()))
+            sqlite3_interrupt(db);
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(cancelMutex_);
+    if (serverCancel_) {
+        char error[256];
+        PQcancel(static_cast<PGcancel *>(serverCancel_), error, int(sizeof error));
+    }
 }
 
 void TSQLConnection::prepareSession(QSqlDatabase db)
@@ -252,19 +333,12 @@ void TSQLConnection::SetBusyTimeout(int ms)
         QSqlQuery(Database()).exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeout_));
 }
 
-bool TSQLConnection::restore(const QString &name)
+bool TSQLConnection::restore(QSqlDatabase db)
 {
-    if (Dialect() != TSQLDialect::PostgreSQL || name.isEmpty() || !QSqlDatabase::contains(name))
+    if (Dialect() != TSQLDialect::PostgreSQL || !db.isValid())
         return false;
-    QSqlDatabase db = QSqlDatabase::database(name, false);
-    if (db.isOpen()) {
-        const QVariant handle = db.driver()->handle();
-        if (handle.isValid() && qstrcmp(handle.typeName(), "PGconn*") == 0) {
-            PGconn *session = *static_cast<PGconn *const *>(handle.constData());
-            if (session && PQstatus(session) == CONNECTION_OK)
-                return false;
-        }
-    }
+    if (PGconn *session = serverSession(db); session && PQstatus(session) == CONNECTION_OK)
+        return false;
     db.close();
     if (!db.open())
         SQLError(tr("The connection to the server was lost and cannot be made again"), db.lastError());
@@ -274,7 +348,7 @@ bool TSQLConnection::restore(const QString &name)
 
 bool TSQLConnection::RestoreDatabase()
 {
-    if (!restore(connectionName_))
+    if (!QSqlDatabase::contains(connectionName_) || !restore(QSqlDatabase::database(connectionName_, false)))
         return false;
     if (inTransaction_) {
         inTransaction_ = false;
@@ -285,22 +359,37 @@ bool TSQLConnection::RestoreDatabase()
 
 bool TSQLConnection::RestoreReader()
 {
-    if (!restore(readerName_))
+    if (Dialect() != TSQLDialect::PostgreSQL || readerName_.isEmpty() || !worker_)
         return false;
-    ++readerSessions_;
-    return true;
+    bool restored = false;
+    worker_->Run(
+        [&] {
+            QSqlDatabase reader = QSqlDatabase::database(readerName_, false);
+            restored = restore(reader);
+            if (restored)
+                keepCancel(reader);
+        },
+        {});
+    if (restored)
+        ++readerSessions_;
+    return restored;
 }
 
 void TSQLConnection::closeReader()
 {
-    if (readerName_.isEmpty())
+    if (!worker_)
         return;
-    {
-        QSqlDatabase reader = QSqlDatabase::database(readerName_, false);
-        reader.close();
-    }
-    QSqlDatabase::removeDatabase(readerName_);
-    readerName_.clear();
+    worker_->Run(
+        [&] {
+            keepCancel(QSqlDatabase());
+            if (readerName_.isEmpty())
+                return;
+            QSqlDatabase::database(readerName_, false).close();
+            QSqlDatabase::removeDatabase(readerName_);
+            readerName_.clear();
+        },
+        {});
+    worker_.reset();
 }
 
 QString TSQLConnection::QuoteName(const QString &name)

@@ -8,6 +8,11 @@
 #include <QSqlDatabase>
 #include <QString>
 
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+
 namespace qdb {
 
 class TDataSet;
@@ -81,11 +86,23 @@ public:
 
     // The connection statements run on (opened on demand).
     QSqlDatabase Database();
-    // The connection the data sets read through. On a server it is one session of its own,
-    // shared by every data set of this connection, so that reading never waits for the
-    // application's transaction; it holds no transaction between reads. SQLite reads
-    // through Database().
-    QSqlDatabase Reader();
+    // Runs a read of the data sets. On a server they read through one session of their own,
+    // shared by every data set of this connection (passed as `reader`), so that reading
+    // never waits for the application's transaction; it holds no transaction between reads.
+    // SQLite's data sets read through the connection's own handle (`reader` is null). The
+    // read runs on a thread of the connection while this one waits (see OnWait).
+    void Read(const std::function<void(QSqlDatabase *reader)> &job);
+    // A read that takes longer than WaitDelay milliseconds calls OnWait about every 50 ms
+    // until it ends, and AfterWait once it has ended: the application may show that it
+    // waits, process events and call Cancel, which ends the read with an EDatabaseError.
+    // A data set asked to read from OnWait waits for the read in progress to end.
+    int WaitDelay() const { return waitDelay_; }
+    void SetWaitDelay(int ms) { waitDelay_ = qMax(0, ms); }
+    std::function<void(TSQLConnection *sender, int elapsedMs)> OnWait;
+    TNotifyEvent AfterWait;
+    void Cancel();
+    // Whether the read in progress, or the last one, was cancelled.
+    bool Cancelled() const { return cancelled_; }
     // After a statement failed: when the server ended the session (a restart, an idle
     // timeout, a killed backend), opens it again and answers true; false when the session is
     // alive, so the failure was the statement's. Raises when the server cannot be reached,
@@ -110,7 +127,14 @@ private:
     void checkDisconnected() const;
     void closeReader();
     void prepareSession(QSqlDatabase db);
-    bool restore(const QString &name);
+    bool restore(QSqlDatabase db);
+    void keepCancel(QSqlDatabase reader);
+    std::unique_ptr<class SQLWorker> worker_;
+    std::atomic<bool> cancelled_{false};
+    int readDepth_ = 0;
+    int waitDelay_ = 300;
+    std::mutex cancelMutex_;
+    void *serverCancel_ = nullptr; // the reading session's cancel request (PGcancel)
     QString connectionName_;
     QString readerName_;
     QString driverName_ = QStringLiteral("QSQLITE");

@@ -20,16 +20,15 @@ QString tr(const char *text)
 class QtSource : public SQLRowSource
 {
 public:
-    QtSource(TSQLConnection *connection, const SQLResultShape &shape, QSqlDatabase db)
-        : SQLRowSource(connection, shape), db_(db)
-    {
-    }
-    ~QtSource() override { Release(); }
+    using SQLRowSource::SQLRowSource;
 
 protected:
-    QSqlQuery run(const QString &sql, const QList<QVariant> &params)
+    // Runs job on the session the source reads through.
+    virtual void withSession(const std::function<void(QSqlDatabase &)> &job) = 0;
+
+    static QSqlQuery run(QSqlDatabase &db, const QString &sql, const QList<QVariant> &params)
     {
-        QSqlQuery q(db_);
+        QSqlQuery q(db);
         q.setForwardOnly(true);
         bool ok;
         if (params.isEmpty()) {
@@ -47,32 +46,36 @@ protected:
 
     void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max) override
     {
-        QSqlQuery q = run(sql, params);
-        const int columns = q.record().count();
-        if (rows.columns == 0)
-            rows.columns = columns;
-        for (qint64 i = 0; (max < 0 || i < max) && q.next(); ++i)
-            for (int c = 0; c < columns; ++c)
-                rows.values.push_back(Variant::FromQVariant(q.value(c)));
+        withSession([&](QSqlDatabase &db) {
+            QSqlQuery q = run(db, sql, params);
+            const int columns = q.record().count();
+            if (rows.columns == 0)
+                rows.columns = columns;
+            for (qint64 i = 0; (max < 0 || i < max) && q.next(); ++i)
+                for (int c = 0; c < columns; ++c)
+                    rows.values.push_back(Variant::FromQVariant(q.value(c)));
+        });
     }
 
     void Exec(const QString &sql, const QList<QVariant> &params) override
     {
-        // Statements such as CREATE TABLE ... AS cannot take bound values everywhere.
-        run(params.isEmpty() ? sql : InlineParameters(sql, params, db_.driver()), {});
+        withSession([&](QSqlDatabase &db) {
+            // Statements such as CREATE TABLE ... AS cannot take bound values everywhere.
+            run(db, params.isEmpty() ? sql : InlineParameters(sql, params, db.driver()), {});
+        });
     }
 
     QSqlRecord Columns(const QString &sql, const QList<QVariant> &params) override
     {
-        return run(sql + QStringLiteral(" LIMIT 0"), params).record();
+        QSqlRecord record;
+        withSession([&](QSqlDatabase &db) { record = run(db, sql + QStringLiteral(" LIMIT 0"), params).record(); });
+        return record;
     }
 
     QString Same(const QString &a, const QString &b) const override
     {
         return QStringLiteral("(%1 = %2 OR (%1 IS NULL AND %2 IS NULL))").arg(a, b);
     }
-
-    QSqlDatabase db_;
 };
 
 // PostgreSQL: reads go through the connection's shared reading session; a result's order,
@@ -80,13 +83,18 @@ protected:
 class PostgreSQLSource : public QtSource
 {
 public:
-    PostgreSQLSource(TSQLConnection *connection, const SQLResultShape &shape)
-        : QtSource(connection, shape, connection->Reader())
+    PostgreSQLSource(TSQLConnection *connection, const SQLResultShape &shape) : QtSource(connection, shape)
     {
         Describe();
     }
+    ~PostgreSQLSource() override { Release(); }
 
 protected:
+    void withSession(const std::function<void(QSqlDatabase &)> &job) override
+    {
+        connection_->Read([&](QSqlDatabase *reader) { job(*reader); });
+    }
+
     bool RestoreSession() override { return connection_->RestoreReader(); }
     int Session() const override { return connection_->ReaderSessions(); }
 
@@ -115,13 +123,19 @@ protected:
 class PortableSource : public QtSource
 {
 public:
-    PortableSource(TSQLConnection *connection, const SQLResultShape &shape)
-        : QtSource(connection, shape, connection->Database())
+    PortableSource(TSQLConnection *connection, const SQLResultShape &shape) : QtSource(connection, shape)
     {
         Describe();
     }
+    ~PortableSource() override { Release(); }
 
 protected:
+    void withSession(const std::function<void(QSqlDatabase &)> &job) override
+    {
+        QSqlDatabase db = connection_->Database();
+        job(db);
+    }
+
     bool IndexStatements(const QString &, QList<Statement> &) override { return false; }
     QString IndexPosition() const override { return QString(); }
 };

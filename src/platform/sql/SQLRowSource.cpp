@@ -239,6 +239,8 @@ auto SQLRowSource::reading(F read)
     try {
         return read();
     } catch (const EDatabaseError &) {
+        if (connection_->Cancelled())
+            throw EDatabaseError(tr("The read was cancelled"));
         if (!RestoreSession())
             throw;
     }

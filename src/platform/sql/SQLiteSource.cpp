@@ -165,18 +165,28 @@ public:
 protected:
     void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max) override
     {
-        SQLiteStatement statement(db_, sql, params);
-        statement.Read(max < 0 ? std::numeric_limits<int>::max() : int(qMin<qint64>(max, std::numeric_limits<int>::max())), rows);
+        connection_->Read([&](QSqlDatabase *) {
+            SQLiteStatement statement(db_, sql, params);
+            statement.Read(max < 0 ? std::numeric_limits<int>::max() : int(qMin<qint64>(max, std::numeric_limits<int>::max())),
+                           rows);
+        });
     }
 
-    void Exec(const QString &sql, const QList<QVariant> &params) override { SQLiteStatement(db_, sql, params); }
+    void Exec(const QString &sql, const QList<QVariant> &params) override
+    {
+        connection_->Read([&](QSqlDatabase *) { SQLiteStatement(db_, sql, params); });
+    }
 
     QSqlRecord Columns(const QString &sql, const QList<QVariant> &params) override
     {
-        // The first row tells the types of columns that declare none.
-        SQLiteStatement statement(db_, sql + QStringLiteral(" LIMIT 1"), params);
-        declared_ = statement.DeclaredTypes();
-        return statement.Record();
+        QSqlRecord record;
+        connection_->Read([&](QSqlDatabase *) {
+            // The first row tells the types of columns that declare none.
+            SQLiteStatement statement(db_, sql + QStringLiteral(" LIMIT 1"), params);
+            declared_ = statement.DeclaredTypes();
+            record = statement.Record();
+        });
+        return record;
     }
 
     bool Streaming(qint64 first) const override { return stream_ && streamPos_ == first; }
@@ -192,17 +202,21 @@ protected:
             // Stepped to `first` rather than an OFFSET, which makes SQLite sort several times
             // slower; a walk starts near the beginning anyway.
             Pause();
-            stream_ = std::make_unique<SQLiteStatement>(db_, Ordered(), shape_.params);
-            streamPos_ = 0;
-            while (streamPos_ < first && stream_->HasRow()) {
-                stream_->Next();
-                ++streamPos_;
-            }
+            connection_->Read([&](QSqlDatabase *) {
+                stream_ = std::make_unique<SQLiteStatement>(db_, Ordered(), shape_.params);
+                streamPos_ = 0;
+                while (streamPos_ < first && stream_->HasRow()) {
+                    stream_->Next();
+                    ++streamPos_;
+                }
+            });
             if (streamPos_ < first)
                 return;
         }
-        rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
-        streamPos_ += stream_->Read(n, rows);
+        connection_->Read([&](QSqlDatabase *) {
+            rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
+            streamPos_ += stream_->Read(n, rows);
+        });
     }
 
     bool IndexStatements(const QString &table, QList<Statement> &statements) override

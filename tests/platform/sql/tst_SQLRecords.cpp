@@ -306,6 +306,41 @@ TEST_P(SQLRecordsTest, TimeoutsAreTheApplicationsToSet)
     EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT name FROM items WHERE id = 1")).ToString(), QStringLiteral("typed"));
 }
 
+TEST_P(SQLRecordsTest, ALongReadCanBeCancelled)
+{
+    TSQLQuery slow;
+    slow.SetConnection(&connection);
+    slow.SQL()->SetText(pg() ? QStringLiteral("SELECT id FROM items WHERE pg_sleep(0.001) IS NOT NULL")
+                             : QStringLiteral("WITH RECURSIVE s(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM s WHERE i < 1000000000)"
+                                              " SELECT i FROM s"));
+    int waits = 0, afterWaits = 0;
+    connection.SetWaitDelay(100);
+    connection.OnWait = [&](TSQLConnection *sender, int elapsed) {
+        EXPECT_GE(elapsed, 100);
+        if (++waits == 2)
+            sender->Cancel();
+    };
+    connection.AfterWait = [&](TObject *) { ++afterWaits; };
+    try {
+        slow.Open();
+        EXPECT_GT(slow.RecordCount(), 0);
+        slow.Last();
+        FAIL() << "the read was not cancelled";
+    } catch (const EDatabaseError &e) {
+        EXPECT_EQ(e.Message(), QStringLiteral("The read was cancelled"));
+    }
+    EXPECT_TRUE(connection.Cancelled());
+    EXPECT_EQ(waits, 2);
+    EXPECT_EQ(afterWaits, 1);
+    // The connection reads on as before.
+    slow.Close();
+    table.SetIndexFieldNames(QStringLiteral("grp"));
+    table.Open();
+    table.Last();
+    EXPECT_EQ(table.RecNo(), Rows);
+    EXPECT_FALSE(connection.Cancelled());
+}
+
 INSTANTIATE_TEST_SUITE_P(Databases, SQLRecordsTest, testing::Values(Backend::SQLite, Backend::PostgreSQL),
                          test::BackendName);
 
