@@ -4,6 +4,8 @@
 #include "platform/rtl/Exceptions.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -59,6 +61,8 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
         if (!name.isEmpty())
             ShowTable(name);
     });
+    connection_.OnWait = [this](TSQLConnection *, int) { waiting(); };
+    connection_.AfterWait = [this](TObject *) { doneWaiting(); };
     source_.OnDataChange = [this](TObject *, TField *) { updateCounter(); };
     source_.OnStateChange = [this](TObject *) { updateCounter(); };
     resize(1000, 640);
@@ -66,6 +70,8 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
 
 ExplorerWindow::~ExplorerWindow()
 {
+    connection_.OnWait = nullptr;
+    connection_.AfterWait = nullptr;
     grid_->SetDataSource(nullptr);
     source_.OnDataChange = nullptr;
     source_.OnStateChange = nullptr;
@@ -152,8 +158,60 @@ void ExplorerWindow::updateCounter()
     counter_->setText(recNo > 0 ? tr("Record %1 of %2").arg(recNo).arg(count) : tr("%n record(s)", nullptr, count));
 }
 
+void ExplorerWindow::waiting()
+{
+    if (!waiting_) {
+        waiting_ = true;
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        statusBar()->showMessage(tr("Reading... press Esc to cancel"));
+        qApp->installEventFilter(this);
+    }
+    // Painting and timers go on; reads they ask for wait their turn.
+    QCoreApplication::processEvents();
+}
+
+void ExplorerWindow::doneWaiting()
+{
+    if (!waiting_)
+        return;
+    waiting_ = false;
+    qApp->removeEventFilter(this);
+    QApplication::restoreOverrideCursor();
+    if (connection_.Cancelled())
+        statusBar()->showMessage(tr("Cancelled"), 10000);
+    else
+        statusBar()->clearMessage();
+}
+
+bool ExplorerWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (!waiting_)
+        return QMainWindow::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape)
+            connection_.Cancel();
+        return true;
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::Close:
+        return true; // the user's input waits for the read to end
+    default:
+        return false;
+    }
+}
+
 void ExplorerWindow::showError(const QString &text)
 {
+    if (connection_.Cancelled()) // said in the status bar already
+        return;
     statusBar()->showMessage(text, 10000);
     if (isVisible())
         MessageDlg(text, mtError, {mbOK});

@@ -35,6 +35,10 @@ private:
     QString primaryKey(const QString &table);
     void updateCounter();
     void showError(const QString &text);
+    // A long read shows the wait cursor and lets Esc cancel it; other input waits.
+    void waiting();
+    void doneWaiting();
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
     qdb::TSQLConnection connection_;
     qdb::TSQLTable table_;
@@ -44,6 +48,7 @@ private:
     QLabel *counter_;
     QLabel *location_;
     QString address_;
+    bool waiting_ = false;
 };
 
 } // namespace explorer

@@ -13,22 +13,6 @@
 
 namespace qdb {
 
-namespace {
-
-// An error of the data set (a refused post, say) is told to the user; the input does nothing.
-template <typename F>
-void showingErrors(F &&action)
-{
-    try {
-        action();
-    } catch (const EAbort &) {
-    } catch (const Exception &e) {
-        MessageDlg(e.Message(), mtError, {mbOK});
-    }
-}
-
-} // namespace
-
 bool TQCustomDBGrid::SelectCell(int col, int row)
 {
     if (d_->settingActive)

@@ -4,6 +4,9 @@
 
 #include "QDBGrid.h"
 
+#include "platform/rtl/Dialogs.h"
+#include "platform/rtl/Exceptions.h"
+
 #include <QFontMetrics>
 #include <QHash>
 #include <QPainter>
@@ -145,5 +148,18 @@ Qt::Alignment VerticalAlignment(TVAlignment a);
 // Draws text in a cell: wrapped, or on one line ending in an ellipsis when it does not fit.
 void DrawCellText(QPainter &painter, const QRect &rect, const QString &text, Qt::Alignment alignment, bool wrap,
                   TextFitCache *cache = nullptr);
+
+// An error of the data set (a refused post, a sort it cannot do) is told to the user; the
+// input does nothing. No exception leaves an event handler.
+template <typename F>
+void showingErrors(F &&action)
+{
+    try {
+        action();
+    } catch (const EAbort &) {
+    } catch (const Exception &e) {
+        MessageDlg(e.Message(), mtError, {mbOK});
+    }
+}
 
 } // namespace qdb

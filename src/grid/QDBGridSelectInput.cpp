@@ -73,7 +73,7 @@ void TQCustomDBGrid::FixedCellClick(int col, int row, Qt::KeyboardModifiers modi
     if (!GetColsSelection()) {
         // A click on a sortable title sorts by it; with Ctrl it adds or cycles a level.
         if (d_->options.Contains(dgTitleClick) && column->GetTitle()->GetAutoToggle() && column->GetField())
-            column->GetTitle()->ToggleMarker(!modifiers.testFlag(Qt::ControlModifier));
+            showingErrors([&] { column->GetTitle()->ToggleMarker(!modifiers.testFlag(Qt::ControlModifier)); });
         return;
     }
     // Titles select columns: alone, added with Ctrl, as a range with Shift.

@@ -3,8 +3,11 @@
 #include "ExplorerWindow.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -52,4 +55,32 @@ TEST(Explorer, AMissingTableIsReportedNotFatal)
     window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB));
     EXPECT_FALSE(window.ShowTable(QStringLiteral("no_such_table")));
     EXPECT_TRUE(window.ShowTable(QStringLiteral("orders")));
+}
+
+TEST(Explorer, EscCancelsALongRead)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("slow.db"));
+    {
+        TSQLConnection maker;
+        maker.SetDatabaseName(path);
+        maker.SetCreateDatabase(true);
+        maker.ExecSQL(QStringLiteral("CREATE TABLE a (id INTEGER PRIMARY KEY)"));
+        // Counting its rows takes minutes.
+        maker.ExecSQL(QStringLiteral("CREATE VIEW slow AS WITH RECURSIVE s(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM s"
+                                     " WHERE i < 1000000000) SELECT i FROM s"));
+    }
+    explorer::ExplorerWindow window;
+    window.OpenDatabase(path);
+    window.show();
+    QApplication::processEvents();
+    // The key is pressed while the read runs: it waits in the queue until the wait shows.
+    QCoreApplication::postEvent(window.Grid(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_FALSE(window.ShowTable(QStringLiteral("slow")));
+    EXPECT_LT(clock.elapsed(), 20000);
+    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Cancelled"));
+    EXPECT_FALSE(QApplication::overrideCursor());
+    EXPECT_TRUE(window.ShowTable(QStringLiteral("a"))); // and the explorer goes on
 }

@@ -250,18 +250,18 @@ void TSQLConnection::Read(const std::function<void(QSqlDatabase *reader)> &job)
     const bool outermost = readDepth_++ == 0;
     if (outermost)
         cancelled_ = false;
-    bool waited = false;
-    auto tick = [this, &waited](int elapsed) {
+    auto tick = [this](int elapsed) {
         if (elapsed < waitDelay_)
             return;
-        waited = true;
+        waited_ = true;
         if (OnWait)
             OnWait(this, elapsed);
     };
-    auto done = qScopeGuard([&] {
-        --readDepth_;
-        if (waited)
+    auto done = qScopeGuard([this] {
+        if (--readDepth_ == 0 && waited_) { // once, when the reads asked for meanwhile are over too
+            waited_ = false;
             Fire(AfterWait, this);
+        }
     });
     if (Dialect() == TSQLDialect::SQLite) {
         worker_->Run([&] { job(nullptr); }, tick);

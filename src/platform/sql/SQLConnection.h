@@ -132,6 +132,7 @@ private:
     std::unique_ptr<class SQLWorker> worker_;
     std::atomic<bool> cancelled_{false};
     int readDepth_ = 0;
+    bool waited_ = false;
     int waitDelay_ = 300;
     std::mutex cancelMutex_;
     void *serverCancel_ = nullptr; // the reading session's cancel request (PGcancel)
