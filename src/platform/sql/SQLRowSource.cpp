@@ -24,6 +24,8 @@ QString tr(const char *text)
 constexpr qint64 DirectRows = 1024;
 // Results this small are always read directly.
 constexpr qint64 SmallResult = 8192;
+// Pages read at once by a walk through the key table.
+constexpr int ReadAhead = 8;
 
 QString keyTableName()
 {
@@ -138,12 +140,37 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
     if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult)
         buildIndex();
     if (!index_.isEmpty() && !Streaming(first)) {
-        readIndexed(first, n, rows);
+        readAhead(first, n, rows);
         return;
     }
     const size_t before = rows.Count();
     ReadDirect(first, n, rows, first == directEnd_);
     directEnd_ = first + qint64(rows.Count() - before);
+}
+
+void SQLRowSource::readAhead(qint64 first, int n, SQLRows &rows)
+{
+    const qint64 aheadRows = qint64(ahead_.Count());
+    const bool held = first >= aheadFirst_ && (first + n <= aheadFirst_ + aheadRows || aheadFirst_ + aheadRows == indexRows_);
+    if (!held) {
+        // A walk in either direction reads several pages a statement: one round trip to the
+        // server, one join, per ReadAhead pages.
+        qint64 from = first, to = first + n;
+        if (first == lastEnd_)
+            to = first + qint64(n) * ReadAhead;
+        else if (first + n == lastStart_)
+            from = qMax<qint64>(0, first + n - qint64(n) * ReadAhead);
+        ahead_ = SQLRows();
+        aheadFirst_ = from;
+        readIndexed(from, int(to - from), ahead_);
+    }
+    const qint64 skip = first - aheadFirst_;
+    const qint64 take = qBound(qint64(0), qint64(ahead_.Count()) - skip, qint64(n));
+    rows.columns = record_.count();
+    rows.values.insert(rows.values.end(), ahead_.values.begin() + qsizetype(skip * rows.columns),
+                       ahead_.values.begin() + qsizetype((skip + take) * rows.columns));
+    lastStart_ = first;
+    lastEnd_ = first + take;
 }
 
 void SQLRowSource::buildIndex()
@@ -162,6 +189,7 @@ void SQLRowSource::buildIndex()
         throw;
     }
     index_ = table;
+    ahead_ = SQLRows();
     ++indexBuilds_;
     SQLRows rows;
     Query(QStringLiteral("SELECT MAX(%1) FROM %2 qdb_i").arg(IndexPosition(), index_), {}, rows, 1);
@@ -176,6 +204,7 @@ void SQLRowSource::dropIndex() noexcept
     const QString table = index_;
     index_.clear();
     indexRows_ = 0;
+    ahead_ = SQLRows();
     try {
         Exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
     } catch (...) {
@@ -255,6 +284,7 @@ void SQLRowSource::forgetLostIndex()
     if (session_ >= 0) { // the key table went with the session that held it
         index_.clear();
         indexRows_ = 0;
+        ahead_ = SQLRows();
         directEnd_ = -1;
     }
     session_ = Session();

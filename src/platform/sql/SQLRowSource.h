@@ -139,6 +139,7 @@ private:
     void buildIndex();
     void dropIndex() noexcept;
     void readIndexed(qint64 first, int n, SQLRows &rows);
+    void readAhead(qint64 first, int n, SQLRows &rows);
     QString keyMatch(const QString &alias) const;
     QString before(const QString &row, const QString &target) const;
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
@@ -153,6 +154,9 @@ private:
     qint64 indexRows_ = 0;
     int indexBuilds_ = 0;
     qint64 directEnd_ = -1; // where the last direct read ended
+    SQLRows ahead_;         // rows read through the key table beyond those asked for
+    qint64 aheadFirst_ = 0;
+    qint64 lastStart_ = -1, lastEnd_ = -1; // the rows the last read through it gave
 };
 
 // Replaces each "?" placeholder outside quotes and comments with the driver's literal for

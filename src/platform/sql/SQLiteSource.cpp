@@ -213,10 +213,9 @@ protected:
             if (streamPos_ < first)
                 return;
         }
-        connection_->Read([&](QSqlDatabase *) {
-            rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
-            streamPos_ += stream_->Read(n, rows);
-        });
+        // The statement has done its sorting by now: going on costs no wait worth a thread.
+        rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
+        streamPos_ += stream_->Read(n, rows);
     }
 
     bool IndexStatements(const QString &table, QList<Statement> &statements) override
