@@ -79,7 +79,8 @@ protected:
 };
 
 // PostgreSQL: reads go through the connection's shared reading session; a result's order,
-// once computed, is a temporary table of that session.
+// once computed, is a copy of its rows in that order in a temporary table of the session
+// (a row looked up by key costs the server more than a copied row).
 class PostgreSQLSource : public QtSource
 {
 public:
@@ -100,23 +101,27 @@ protected:
 
     bool IndexStatements(const QString &table, QList<Statement> &statements) override
     {
-        QStringList columns;
-        if (!HasKeys())
-            columns << QStringLiteral("qdb_q.*");
-        for (int key : KeyColumns())
-            columns << QStringLiteral("qdb_q.") + Quote(record_.fieldName(key));
+        // Columns named by number: a result may name two alike.
+        QStringList names{QStringLiteral("qdb_pos")};
+        for (int c = 0; c < record_.count(); ++c)
+            names << IndexColumn(c);
         const QString select = OrderKnown()
-            ? QStringLiteral("SELECT row_number() OVER (ORDER BY %1) AS qdb_pos, %2 FROM (%3) qdb_q")
-                  .arg(OrderClause(QStringLiteral("qdb_q")), columns.join(QStringLiteral(", ")), shape_.body)
-            : QStringLiteral("SELECT row_number() OVER () AS qdb_pos, %1 FROM (%2) qdb_q")
-                  .arg(columns.join(QStringLiteral(", ")), Ordered());
-        statements << Statement{QStringLiteral("CREATE TEMP TABLE %1 AS %2").arg(table, select), shape_.params}
+            ? QStringLiteral("SELECT row_number() OVER (ORDER BY %1), qdb_q.* FROM (%2) qdb_q")
+                  .arg(OrderClause(QStringLiteral("qdb_q")), shape_.body)
+            : QStringLiteral("SELECT row_number() OVER (), qdb_q.* FROM (%1) qdb_q").arg(Ordered());
+        statements << Statement{QStringLiteral("CREATE TEMP TABLE %1 (%2) AS %3").arg(table, names.join(QStringLiteral(", ")), select),
+                                shape_.params}
                    << Statement{QStringLiteral("CREATE UNIQUE INDEX ON %1 (qdb_pos)").arg(table), {}}
                    << Statement{QStringLiteral("ANALYZE %1").arg(table), {}}; // temporary tables get no statistics otherwise
         return true;
     }
 
+    Statement IndexPage(const QString &table, qint64 first, qint64 last) const override
+    {
+        return {QStringLiteral("SELECT * FROM %1 WHERE qdb_pos BETWEEN ? AND ? ORDER BY qdb_pos").arg(table), {first, last}};
+    }
     QString IndexPosition() const override { return QStringLiteral("qdb_i.qdb_pos"); }
+    QString IndexColumn(int column) const override { return QStringLiteral("qdb_c%1").arg(column); }
     QString Same(const QString &a, const QString &b) const override { return a + QStringLiteral(" IS NOT DISTINCT FROM ") + b; }
 };
 
@@ -137,7 +142,9 @@ protected:
     }
 
     bool IndexStatements(const QString &, QList<Statement> &) override { return false; }
+    Statement IndexPage(const QString &, qint64, qint64) const override { return {}; }
     QString IndexPosition() const override { return QString(); }
+    QString IndexColumn(int) const override { return QString(); }
 };
 
 } // namespace

@@ -212,53 +212,37 @@ void SQLRowSource::dropIndex() noexcept
     }
 }
 
-QString SQLRowSource::keyMatch(const QString &alias) const
-{
-    QStringList parts;
-    for (int key : keyColumns_) {
-        const QString name = Quote(record_.fieldName(key));
-        parts << QStringLiteral("qdb_q.%1 = %2.%1").arg(name, alias);
-    }
-    return parts.join(QStringLiteral(" AND "));
-}
-
 void SQLRowSource::readIndexed(qint64 first, int n, SQLRows &rows)
 {
     const qint64 last = qMin(first + n, indexRows_); // exclusive
     if (first >= last)
         return;
-    QString columns;
-    QString sql;
-    if (HasKeys()) {
-        sql = QStringLiteral("SELECT %1, qdb_q.* FROM %2 qdb_i CROSS JOIN (%3) qdb_q WHERE %4 AND %1 BETWEEN ? AND ?"
-                             " ORDER BY %1")
-                  .arg(IndexPosition(), index_, shape_.body, keyMatch(QStringLiteral("qdb_i")));
-    } else {
-        QStringList names;
-        for (int c = 0; c < record_.count(); ++c)
-            names << QStringLiteral("qdb_i.") + Quote(record_.fieldName(c));
-        sql = QStringLiteral("SELECT %1, %2 FROM %3 qdb_i WHERE %1 BETWEEN ? AND ? ORDER BY %1")
-                  .arg(IndexPosition(), names.join(QStringLiteral(", ")), index_);
-    }
-    QList<QVariant> params = HasKeys() ? shape_.params : QList<QVariant>();
-    params << first + 1 << last;
+    const Statement page = IndexPage(index_, first + 1, last);
     SQLRows got;
-    Query(sql, params, got, last - first);
-    // A row deleted by someone else since the order was computed keeps its place, empty.
+    Query(page.sql, page.params, got, last - first);
+    // Each row comes with its position first. A row deleted by someone else since the order
+    // was computed keeps its place, empty.
     const int width = record_.count();
     rows.columns = width;
     rows.values.reserve(rows.values.size() + size_t(last - first) * size_t(width));
     size_t next = 0;
     for (qint64 position = first; position < last; ++position) {
-        const Variant *r = next < got.Count() ? &got.values[next * size_t(got.columns)] : nullptr;
-        if (r && r[0].ToInt64() - 1 == position) {
-            rows.values.insert(rows.values.end(), std::make_move_iterator(got.values.begin() + qsizetype(next * size_t(got.columns) + 1)),
-                               std::make_move_iterator(got.values.begin() + qsizetype((next + 1) * size_t(got.columns))));
+        auto row = got.values.begin() + qsizetype(next * size_t(got.columns));
+        if (next < got.Count() && row->ToInt64() - 1 == position) {
+            rows.values.insert(rows.values.end(), std::make_move_iterator(row + 1), std::make_move_iterator(row + got.columns));
             ++next;
         } else {
             rows.values.insert(rows.values.end(), size_t(width), Variant::Null());
         }
     }
+}
+
+QString SQLRowSource::KeyMatch(const QString &row, const QString &index) const
+{
+    QStringList parts;
+    for (int key : keyColumns_)
+        parts << QStringLiteral("%1.%2 = %3.%4").arg(row, Quote(record_.fieldName(key)), index, IndexColumn(key));
+    return parts.join(QStringLiteral(" AND "));
 }
 
 template<typename F>
@@ -380,7 +364,7 @@ qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)
         return -1;
     QStringList match;
     for (int key : keyColumns_)
-        match << QStringLiteral("qdb_i.%1 = ?").arg(Quote(record_.fieldName(key)));
+        match << QStringLiteral("qdb_i.%1 = ?").arg(IndexColumn(key));
     SQLRows rows;
     Query(QStringLiteral("SELECT %1 FROM %2 qdb_i WHERE %3").arg(IndexPosition(), index_, match.join(QStringLiteral(" AND "))),
           keyValues, rows, 1);

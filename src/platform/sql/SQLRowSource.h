@@ -32,8 +32,9 @@ struct SQLResultShape
 // Positional access to the rows of a result without holding them. The order is made total
 // by the key, so that a position means the same record every time it is read. Positions
 // near the start are read from the database directly; any other position makes the source
-// compute the order once, as a table of keys in result order on the server (a temporary
-// table of the session), and read every later page through it. No statement, lock or
+// compute the order once into a temporary table of the session (the keys in result order,
+// or the rows themselves where looking a row up by key costs more than copying it), and
+// read every later page through it by position. No statement, lock or
 // transaction is held between reads, except a SQLite statement that streams a walk until
 // Pause.
 class SQLRowSource
@@ -93,16 +94,21 @@ protected:
     virtual void ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential);
     // Whether a sequential read that is already at `first` can go on; SQLite streams.
     virtual bool Streaming(qint64 first) const { Q_UNUSED(first); return false; }
-    // The statements that fill the key table `table` in result order; false when the
-    // database cannot keep one.
     struct Statement
     {
         QString sql;
         QList<QVariant> params;
     };
+    // The statements that fill the table `table` with the result's keys or rows in result
+    // order; false when the database cannot keep one.
     virtual bool IndexStatements(const QString &table, QList<Statement> &statements) = 0;
-    // The expression of the key table's position column (1-based), as the page query reads it.
+    // The query of rows first..last (1-based) of the table: each row its position first.
+    virtual Statement IndexPage(const QString &table, qint64 first, qint64 last) const = 0;
+    // The table's position column (1-based), and the name of a result column in it.
     virtual QString IndexPosition() const = 0;
+    virtual QString IndexColumn(int column) const = 0;
+    // The key columns of a result row equal to those of the table's row.
+    QString KeyMatch(const QString &row, const QString &index) const;
     // "a IS b" in this database's words.
     virtual QString Same(const QString &a, const QString &b) const = 0;
 
@@ -140,7 +146,6 @@ private:
     void dropIndex() noexcept;
     void readIndexed(qint64 first, int n, SQLRows &rows);
     void readAhead(qint64 first, int n, SQLRows &rows);
-    QString keyMatch(const QString &alias) const;
     QString before(const QString &row, const QString &target) const;
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
 

@@ -218,12 +218,12 @@ protected:
         streamPos_ += stream_->Read(n, rows);
     }
 
+    // The keys in result order: a row is found by its key at once. Rows go in in the order
+    // selected, so the table's rowid is the position.
     bool IndexStatements(const QString &table, QList<Statement> &statements) override
     {
-        QString select;
-        if (!HasKeys()) {
-            select = Ordered();
-        } else {
+        QString select = Ordered();
+        if (HasKeys()) {
             QStringList keys;
             for (int key : KeyColumns())
                 keys << QStringLiteral("qdb_q.") + Quote(record_.fieldName(key));
@@ -231,12 +231,23 @@ protected:
                                         .arg(keys.join(QStringLiteral(", ")), shape_.body, OrderClause(QStringLiteral("qdb_q")))
                                   : QStringLiteral("SELECT %1 FROM (%2) qdb_q").arg(keys.join(QStringLiteral(", ")), Ordered());
         }
-        // Rows go in in the order selected, so the table's rowid is the position.
         statements << Statement{QStringLiteral("CREATE TEMP TABLE %1 AS %2").arg(table, select), shape_.params};
         return true;
     }
 
+    Statement IndexPage(const QString &table, qint64 first, qint64 last) const override
+    {
+        if (!HasKeys()) // the rows themselves
+            return {QStringLiteral("SELECT qdb_i.rowid, qdb_i.* FROM %1 qdb_i WHERE qdb_i.rowid BETWEEN ? AND ? ORDER BY 1").arg(table),
+                    {first, last}};
+        return {QStringLiteral("SELECT qdb_i.rowid, qdb_q.* FROM %1 qdb_i CROSS JOIN (%2) qdb_q WHERE %3"
+                               " AND qdb_i.rowid BETWEEN ? AND ? ORDER BY 1")
+                    .arg(table, shape_.body, KeyMatch(QStringLiteral("qdb_q"), QStringLiteral("qdb_i"))),
+                shape_.params + QList<QVariant>{first, last}};
+    }
+
     QString IndexPosition() const override { return QStringLiteral("qdb_i.rowid"); }
+    QString IndexColumn(int column) const override { return Quote(record_.fieldName(column)); }
     QString Same(const QString &a, const QString &b) const override { return a + QStringLiteral(" IS ") + b; }
 
 private:
