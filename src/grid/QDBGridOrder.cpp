@@ -291,13 +291,13 @@ void TQCustomDBGrid::ChangeOrderFields(const QString &orderIn, const QString &pr
     const QString propName = propNameIn.isEmpty() ? QStringLiteral("CommandText") : propNameIn;
     TStringList lines;
     lines.SetText(GetPropText(ds, propName));
-    if (CompareOrderFields(ExtractOrderFields(&lines), order))
+    if (CompareOrderFields(UnquoteOrderFields(ExtractOrderFields(&lines)), order))
         return;
     const QString before = lines.Text();
     ReorderDataSet(
         true,
         [&] {
-            ModifyOrderFields(&lines, order);
+            ModifyOrderFields(&lines, QuoteOrderFields(order));
             SetPropText(ds, propName, lines.Text());
         },
         [&] { SetPropText(ds, propName, before); });
@@ -313,10 +313,10 @@ void TQCustomDBGrid::ChangeSQLOrderFields(const QString &orderIn, const QString 
     auto *lines = qobject_cast<TStrings *>(GetObjectProp(ds, propName));
     if (!lines)
         return; // not a list of lines: nothing this mechanism can write
-    if (CompareOrderFields(ExtractOrderFields(lines), order))
+    if (CompareOrderFields(UnquoteOrderFields(ExtractOrderFields(lines)), order))
         return;
     const QString before = lines->Text();
-    ReorderDataSet(true, [&] { ModifyOrderFields(lines, order); }, [&] { lines->SetText(before); });
+    ReorderDataSet(true, [&] { ModifyOrderFields(lines, QuoteOrderFields(order)); }, [&] { lines->SetText(before); });
 }
 
 QString TQCustomDBGrid::CurrentIndexFields(const QString &propNameIn, const QString &indexFormat)
@@ -341,7 +341,7 @@ QString TQCustomDBGrid::CurrentOrderFields(const QString &propNameIn)
         return {};
     TStringList lines;
     lines.SetText(GetPropText(ds, propNameIn.isEmpty() ? QStringLiteral("CommandText") : propNameIn));
-    return ExtractOrderFields(&lines);
+    return UnquoteOrderFields(ExtractOrderFields(&lines));
 }
 
 QString TQCustomDBGrid::CurrentSQLOrderFields(const QString &propNameIn)
@@ -350,7 +350,7 @@ QString TQCustomDBGrid::CurrentSQLOrderFields(const QString &propNameIn)
     if (!ds)
         return {};
     auto *lines = qobject_cast<TStrings *>(GetObjectProp(ds, propNameIn.isEmpty() ? QStringLiteral("SQL") : propNameIn));
-    return lines ? ExtractOrderFields(lines) : QString();
+    return lines ? UnquoteOrderFields(ExtractOrderFields(lines)) : QString();
 }
 
 } // namespace qdb

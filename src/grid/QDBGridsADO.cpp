@@ -29,7 +29,7 @@ QString CurrentADOQuerySort(TQDBGrid *grid)
     if (!sort.isEmpty())
         return sort;
     auto *sql = qobject_cast<TStrings *>(GetObjectProp(ds, QStringLiteral("SQL")));
-    return ExtractOrderFields(sql);
+    return UnquoteOrderFields(ExtractOrderFields(sql));
 }
 
 void ChangeADOQuerySort(TQDBGrid *grid, const QString &orderIn)

@@ -27,15 +27,61 @@ int findOrderLine(const TStrings *lines, qsizetype &position)
     return -1;
 }
 
+// The end of a name in double quotes at the start of an item (-1 when it is not quoted).
+qsizetype quotedNameEnd(const QString &item)
+{
+    const qsizetype start = item.indexOf(QLatin1Char('"'));
+    if (start < 0 || !item.left(start).trimmed().isEmpty())
+        return -1;
+    for (qsizetype i = start + 1; i < item.size(); ++i) {
+        if (item[i] != QLatin1Char('"'))
+            continue;
+        if (i + 1 < item.size() && item[i + 1] == QLatin1Char('"'))
+            ++i; // a doubled quote belongs to the name
+        else
+            return i + 1;
+    }
+    return -1;
+}
+
+// Splits an order text into its items at the commas (or semicolons) outside quoted names.
+QStringList orderItems(const QString &order)
+{
+    QStringList items;
+    QString current;
+    bool quoted = false;
+    for (const QChar c : order) {
+        if (c == QLatin1Char('"'))
+            quoted = !quoted;
+        if (!quoted && (c == QLatin1Char(',') || c == QLatin1Char(';'))) {
+            items << current;
+            current.clear();
+        } else {
+            current += c;
+        }
+    }
+    items << current;
+    return items;
+}
+
 // An order item's field name and direction.
 QString itemField(const QString &item, bool &descending)
 {
+    const qsizetype quoted = quotedNameEnd(item);
     const QString upper = item.toUpper();
-    qsizetype at = upper.indexOf(QLatin1String(" DESC"));
+    qsizetype at = upper.indexOf(QLatin1String(" DESC"), qMax<qsizetype>(0, quoted));
     descending = at >= 0;
     if (at < 0)
-        at = upper.indexOf(QLatin1String(" ASC"));
+        at = upper.indexOf(QLatin1String(" ASC"), qMax<qsizetype>(0, quoted));
     return (at < 0 ? item : item.left(at)).trimmed();
+}
+
+bool plainName(const QString &name)
+{
+    for (const QChar c : name)
+        if (!c.isLetterOrNumber() && c != QLatin1Char('_') && c != QLatin1Char('.'))
+            return false;
+    return !name.isEmpty() && !name[0].isDigit();
 }
 
 } // namespace
@@ -117,6 +163,38 @@ void ModifyOrderFields(TStrings *lines, const QString &orderText)
         }
     }
     lines->EndUpdate();
+}
+
+QString QuoteOrderFields(const QString &order)
+{
+    QStringList items;
+    for (const QString &item : orderItems(order)) {
+        bool descending = false;
+        const QString name = itemField(item, descending);
+        if (name.isEmpty() || quotedNameEnd(item) >= 0 || plainName(name)) {
+            items << item.trimmed();
+            continue;
+        }
+        const QString quoted = QLatin1Char('"') + QString(name).replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+        items << quoted + item.trimmed().mid(name.size());
+    }
+    return items.join(QLatin1Char(','));
+}
+
+QString UnquoteOrderFields(const QString &order)
+{
+    QStringList items;
+    for (const QString &item : orderItems(order)) {
+        const QString trimmed = item.trimmed();
+        const qsizetype end = quotedNameEnd(trimmed);
+        if (end < 0) {
+            items << trimmed;
+            continue;
+        }
+        const QString name = trimmed.mid(1, end - 2).replace(QLatin1String("\"\""), QLatin1String("\""));
+        items << name + trimmed.mid(end);
+    }
+    return items.join(QLatin1Char(','));
 }
 
 QString OrderFieldsToIndexFields(const QString &order, const QString &indexFormat)

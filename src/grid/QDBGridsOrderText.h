@@ -20,6 +20,10 @@ QString ScanStr(QString &s, const QString &separator);
 QString ExtractOrderFields(const TStrings *lines);
 // Rewrites, drops or appends the ORDER BY clause of a query held as lines.
 void ModifyOrderFields(TStrings *lines, const QString &order);
+// An order text as SQL writes it: a name that is not a plain word ("Unit Price") in double
+// quotes; and back.
+QString QuoteOrderFields(const QString &order);
+QString UnquoteOrderFields(const QString &order);
 
 // Between order texts and index field lists.
 QString OrderFieldsToIndexFields(const QString &order, const QString &indexFormat);

@@ -64,6 +64,17 @@ TEST(OrderText, Comparing)
     EXPECT_FALSE(CompareOrderFields(QStringLiteral("B,A"), QStringLiteral("A,B")));
 }
 
+TEST(OrderText, NamesThatAreNotWordsAreQuotedForSQL)
+{
+    EXPECT_EQ(QuoteOrderFields(QStringLiteral("Unit Price DESC,Name,t.Code")), QStringLiteral("\"Unit Price\" DESC,Name,t.Code"));
+    EXPECT_EQ(QuoteOrderFields(QStringLiteral("say \"hi\"")), QStringLiteral("\"say \"\"hi\"\"\""));
+    EXPECT_EQ(QuoteOrderFields(QStringLiteral("\"Already, quoted\" DESC")), QStringLiteral("\"Already, quoted\" DESC"));
+    for (const char *order : {"Unit Price DESC,Name", "say \"hi\"", "Name ASC,Total (net)"})
+        EXPECT_EQ(UnquoteOrderFields(QuoteOrderFields(QString::fromLatin1(order))), QString::fromLatin1(order)) << order;
+    // A quoted name may hold what would otherwise split or end it.
+    EXPECT_EQ(UnquoteOrderFields(QStringLiteral("\"A, DESC\" ASC; b")), QStringLiteral("A, DESC ASC,b"));
+}
+
 TEST(OrderText, SplitUnifyAndScan)
 {
     QString fields, desc;

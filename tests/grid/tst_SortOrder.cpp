@@ -294,6 +294,34 @@ TEST_P(SortOrderSQL, ARefusedOrderLeavesTheGridUsable)
     EXPECT_EQ(grid.CellText(grid.DataToRawColumn(0), grid.Row()), QStringLiteral("43"));
 }
 
+TEST_P(SortOrderSQL, ANameWithABlankIsQuotedInTheQueryAndReadBack)
+{
+    connection.ExecSQL(QStringLiteral("CREATE TABLE priced (id INTEGER PRIMARY KEY, \"Unit Price\" INTEGER)"));
+    for (int i = 1; i <= 30; ++i)
+        connection.ExecSQL(QStringLiteral("INSERT INTO priced VALUES (?, ?)"), {i, (i * 7) % 31});
+    TSQLQuery priced;
+    priced.SetConnection(&connection);
+    priced.SQL()->SetText(QStringLiteral("SELECT id, \"Unit Price\" FROM priced ORDER BY id"));
+    priced.Open();
+    source.SetDataSet(&priced);
+    QApplication::processEvents();
+    const int raw = grid.DataToRawColumn(grid.GetColumns()->FindColumn(QStringLiteral("Unit Price"))->Index());
+    for (const char *expected : {"ORDER BY \"Unit Price\"", "ORDER BY \"Unit Price\" DESC"}) {
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(raw, 0).center());
+        EXPECT_TRUE(priced.SQL()->Text().contains(QString::fromLatin1(expected))) << priced.SQL()->Text().toStdString();
+    }
+    priced.First();
+    EXPECT_EQ(priced.FieldByName(QStringLiteral("Unit Price"))->AsInteger(), 30);
+    // A query opened with such an order gives the grid its markers.
+    source.SetDataSet(&query);
+    priced.SQL()->SetText(QStringLiteral("SELECT id, \"Unit Price\" FROM priced ORDER BY \"Unit Price\""));
+    priced.Open();
+    source.SetDataSet(&priced);
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Unit Price"));
+    EXPECT_EQ(grid.GetColumns()->FindColumn(QStringLiteral("Unit Price"))->GetTitle()->GetMarker(), tmAscend);
+    source.SetDataSet(&query);
+}
+
 INSTANTIATE_TEST_SUITE_P(Databases, SortOrderSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), BackendName);
 
 // ---- the adapters ----
