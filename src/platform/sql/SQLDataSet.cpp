@@ -542,6 +542,16 @@ void TCustomSQLDataSet::reread(const QList<QVariant> &keep)
     }
 }
 
+void TCustomSQLDataSet::rowsWritten(qint64 position, const QList<QVariant> &written)
+{
+    dropCache();
+    ++generation_;
+    positions_.clear();
+    const qint64 at = source_->Written(position, written);
+    if (at >= 0)
+        pos_ = at;
+}
+
 void TCustomSQLDataSet::releaseLater() const
 {
     // A statement left open would hold a read lock; the walk that needs it is over once

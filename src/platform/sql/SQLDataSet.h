@@ -116,6 +116,9 @@ private:
     QStringList primaryKeyNames(const QString &table) const;
     // Reads the result again from the database; the record at `keep` stays current.
     void reread(const QList<QVariant> &keep);
+    // After a write of its own: the record at `position` left its place (-1: inserted), the
+    // one with the key values `written` (none: deleted) is current where it now sorts.
+    void rowsWritten(qint64 position, const QList<QVariant> &written);
     QList<QVariant> keyValuesAt(qint64 position) const;
     qint64 positionOf(const TBookmark &bookmark) const;
     void releaseLater() const;

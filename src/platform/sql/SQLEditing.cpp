@@ -183,17 +183,21 @@ void TCustomSQLDataSet::writeRecord(bool inserting)
         transaction.Commit();
     });
 
-    // Read the result again: defaults, triggers and a new order show.
-    QList<QVariant> keep;
+    // The record is read again where it now sorts: defaults and triggers show.
+    QList<QVariant> written;
     for (TField *f : keyOfRow_) {
         const qsizetype at = keys.indexOf(f);
         if (at < 0) {
-            keep.clear();
+            written.clear();
             break;
         }
-        keep << ToDatabase(newKeys[at], f, dialect);
+        written << ToDatabase(newKeys[at], f, dialect);
     }
-    reread(keep);
+    if (written.isEmpty()) {
+        reread({});
+        return;
+    }
+    rowsWritten(inserting ? -1 : buffer.row, written);
 }
 
 void TCustomSQLDataSet::InternalDelete()
@@ -231,7 +235,7 @@ void TCustomSQLDataSet::InternalDelete()
                           this);
         transaction.Commit();
     });
-    reread({});
+    rowsWritten(ActiveBuffer().row, {});
 }
 
 // ---- TSQLQuery ----

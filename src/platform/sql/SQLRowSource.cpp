@@ -8,6 +8,7 @@
 #include <QSqlDriver>
 #include <QSqlField>
 
+#include <algorithm>
 #include <atomic>
 
 namespace qdb {
@@ -26,6 +27,8 @@ constexpr qint64 DirectRows = 1024;
 constexpr qint64 SmallResult = 8192;
 // Pages read at once by a walk through the key table.
 constexpr int ReadAhead = 8;
+// Writes of the application's own that a computed order takes in before it is computed again.
+constexpr size_t MaxEdits = 1000;
 
 QString keyTableName()
 {
@@ -140,7 +143,10 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
     if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult)
         buildIndex();
     if (!index_.isEmpty() && !Streaming(first)) {
-        readAhead(first, n, rows);
+        if (edited())
+            fetchEdited(first, n, rows);
+        else
+            readAhead(first, n, rows);
         return;
     }
     const size_t before = rows.Count();
@@ -190,6 +196,7 @@ void SQLRowSource::buildIndex()
     }
     index_ = table;
     ahead_ = SQLRows();
+    forgetEdits();
     ++indexBuilds_;
     SQLRows rows;
     Query(QStringLiteral("SELECT MAX(%1) FROM %2 qdb_i").arg(IndexPosition(), index_), {}, rows, 1);
@@ -205,6 +212,7 @@ void SQLRowSource::dropIndex() noexcept
     index_.clear();
     indexRows_ = 0;
     ahead_ = SQLRows();
+    forgetEdits();
     try {
         Exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
     } catch (...) {
@@ -269,6 +277,7 @@ void SQLRowSource::forgetLostIndex()
         index_.clear();
         indexRows_ = 0;
         ahead_ = SQLRows();
+        forgetEdits();
         directEnd_ = -1;
     }
     session_ = Session();
@@ -318,6 +327,96 @@ void SQLRowSource::Reset()
     dropIndex();
     count_ = -1;
     directEnd_ = -1;
+}
+
+void SQLRowSource::forgetEdits()
+{
+    removed_.clear();
+    added_.clear();
+}
+
+qint64 SQLRowSource::Written(qint64 oldPosition, const QList<QVariant> &added)
+{
+    Pause();
+    forgetLostIndex();
+    if (index_.isEmpty() || !orderKnown_ || !HasKeys() || removed_.size() + added_.size() >= MaxEdits) {
+        Reset(); // read directly, or computed again when needed
+        return added.isEmpty() ? -1 : PositionOf(added);
+    }
+    if (oldPosition >= 0 && oldPosition < count_) {
+        const auto at = std::lower_bound(added_.begin(), added_.end(), oldPosition,
+                                         [](const Added &a, qint64 p) { return a.position < p; });
+        if (at != added_.end() && at->position == oldPosition) {
+            added_.erase(at);
+        } else {
+            const qint64 row = tableRow(oldPosition);
+            removed_.insert(std::upper_bound(removed_.begin(), removed_.end(), row), row);
+        }
+        for (Added &a : added_)
+            if (a.position > oldPosition)
+                --a.position;
+        --count_;
+    }
+    if (added.isEmpty())
+        return -1;
+    // Where it sorts now: the rows before it, counted by the database.
+    const qint64 position = PositionOf(added);
+    if (position < 0)
+        return -1;
+    for (Added &a : added_)
+        if (a.position >= position)
+            ++a.position;
+    added_.insert(std::lower_bound(added_.begin(), added_.end(), position,
+                                   [](const Added &a, qint64 p) { return a.position < p; }),
+                  Added{position, added});
+    ++count_;
+    return position;
+}
+
+const QList<QVariant> *SQLRowSource::addedAt(qint64 position) const
+{
+    const auto at = std::lower_bound(added_.begin(), added_.end(), position,
+                                     [](const Added &a, qint64 p) { return a.position < p; });
+    return at != added_.end() && at->position == position ? &at->keys : nullptr;
+}
+
+qint64 SQLRowSource::tableRow(qint64 position) const
+{
+    const auto before = std::lower_bound(added_.begin(), added_.end(), position,
+                                         [](const Added &a, qint64 p) { return a.position < p; });
+    qint64 row = position - (before - added_.begin());
+    for (qint64 gone : removed_) { // each row gone at or before it moves it one on
+        if (gone > row)
+            break;
+        ++row;
+    }
+    return row;
+}
+
+void SQLRowSource::fetchEdited(qint64 first, int n, SQLRows &rows)
+{
+    const qint64 end = qMin(first + n, count_);
+    rows.columns = record_.count();
+    QStringList match;
+    for (int key : keyColumns_)
+        match << QStringLiteral("qdb_q.%1 = ?").arg(Quote(record_.fieldName(key)));
+    const QString byKey = QStringLiteral("SELECT * FROM (%1) qdb_q WHERE %2").arg(shape_.body, match.join(QStringLiteral(" AND ")));
+    for (qint64 position = first; position < end;) {
+        if (const QList<QVariant> *keys = addedAt(position)) { // written since: read as it is now
+            const size_t before = rows.values.size();
+            Query(byKey, shape_.params + *keys, rows, 1);
+            if (rows.values.size() == before)
+                rows.values.insert(rows.values.end(), size_t(rows.columns), Variant::Null());
+            ++position;
+            continue;
+        }
+        const qint64 row = tableRow(position);
+        qint64 run = 1;
+        while (position + run < end && !addedAt(position + run) && tableRow(position + run) == row + run)
+            ++run;
+        readAhead(row, int(run), rows);
+        position += run;
+    }
 }
 
 // Whether the row `row` comes before the row `target` in the result's order.

@@ -57,6 +57,11 @@ public:
     virtual void Pause() {}
     // Starts over on fresh data after the database changed.
     void Reset();
+    // After the application's own write: the row at oldPosition left its place (-1 when a
+    // row was inserted), and the row with the key values `added` (none when one was
+    // deleted) now stands where it sorts. A computed order is corrected, not computed
+    // again. Answers the written row's position, -1 when the result does not hold it.
+    qint64 Written(qint64 oldPosition, const QList<QVariant> &added);
     // Whether rows have keys (and so positions can be found by key).
     bool HasKeys() const { return !keyColumns_.isEmpty(); }
     const QList<int> &KeyColumns() const { return keyColumns_; }
@@ -146,6 +151,12 @@ private:
     void dropIndex() noexcept;
     void readIndexed(qint64 first, int n, SQLRows &rows);
     void readAhead(qint64 first, int n, SQLRows &rows);
+    // The rows written since the order was computed, over the table of the order.
+    bool edited() const { return !removed_.empty() || !added_.empty(); }
+    void forgetEdits();
+    const QList<QVariant> *addedAt(qint64 position) const;
+    qint64 tableRow(qint64 position) const;
+    void fetchEdited(qint64 first, int n, SQLRows &rows);
     QString before(const QString &row, const QString &target) const;
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
 
@@ -162,6 +173,13 @@ private:
     SQLRows ahead_;         // rows read through the key table beyond those asked for
     qint64 aheadFirst_ = 0;
     qint64 lastStart_ = -1, lastEnd_ = -1; // the rows the last read through it gave
+    std::vector<qint64> removed_; // rows of the table (0-based) no longer in the result, sorted
+    struct Added
+    {
+        qint64 position; // in the result
+        QList<QVariant> keys;
+    };
+    std::vector<Added> added_; // rows written since, by position
 };
 
 // Replaces each "?" placeholder outside quotes and comments with the driver's literal for

@@ -223,10 +223,35 @@ TEST_P(SQLRecordsTest, APostedRecordIsFoundWhereItNowSorts)
     table.FieldByName(QStringLiteral("grp"))->SetAsInteger(96);
     table.Post();
     changed[500] = 96;
-    const QList<int> expected = expectedOrder(false, ids, changed);
+    QList<int> expected = expectedOrder(false, ids, changed);
     EXPECT_EQ(id(), 500);
     EXPECT_EQ(table.RecNo(), int(expected.indexOf(500)) + 1);
     EXPECT_EQ(walkBackwards(), expected);
+
+    // A delete, an edit that keeps its place and one more insert beside the first: the order
+    // computed once takes them all in.
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 777, {}));
+    table.Delete();
+    ids.removeOne(777);
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 15000, {}));
+    table.Edit();
+    table.FieldByName(QStringLiteral("name"))->SetAsString(QStringLiteral("renamed"));
+    table.Post();
+    EXPECT_EQ(table.FieldByName(QStringLiteral("name"))->AsString(), QStringLiteral("renamed"));
+    table.Append();
+    table.FieldByName(QStringLiteral("id"))->SetAsInteger(Rows + 2);
+    table.FieldByName(QStringLiteral("grp"))->SetAsInteger(50);
+    table.Post();
+    ids << Rows + 2;
+    changed[Rows + 2] = 50;
+    expected = expectedOrder(false, ids, changed);
+    EXPECT_EQ(table.RecNo(), int(expected.indexOf(Rows + 2)) + 1);
+    EXPECT_EQ(table.RecordCount(), Rows + 1);
+    EXPECT_EQ(walkForwards(), expected);
+    EXPECT_EQ(walkBackwards(), expected);
+    EXPECT_EQ(table.OrderComputations(), 1);
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 15000, {}));
+    EXPECT_EQ(table.FieldByName(QStringLiteral("name"))->AsString(), QStringLiteral("renamed"));
 }
 
 TEST_P(SQLRecordsTest, OpenDataSetsHoldNothingOnTheServer)
