@@ -58,7 +58,12 @@ public:
             }
             }
         }
-        step(); // the first row tells the types of the columns
+        try {
+            step(); // the first row tells the types of the columns
+        } catch (...) {
+            sqlite3_finalize(stmt_); // no destructor runs for a constructor that throws
+            throw;
+        }
     }
     ~SQLiteStatement() { sqlite3_finalize(stmt_); }
     SQLiteStatement(const SQLiteStatement &) = delete;
