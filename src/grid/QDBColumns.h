@@ -253,6 +253,8 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(int ImageOffsetX READ GetImageOffsetX WRITE SetImageOffsetX)
     Q_PROPERTY(int ImageOffsetY READ GetImageOffsetY WRITE SetImageOffsetY)
     Q_PROPERTY(qdb::TQListOptions ListOptions READ GetListOptions WRITE SetListOptions)
+    Q_PROPERTY(qdb::QDBGridTypes::TQLookupColumn LookupColumn READ GetLookupColumn STORED false)
+    Q_PROPERTY(bool MultiSelectList READ GetMultiSelectList STORED false)
     Q_PROPERTY(QString LookupParentField READ GetLookupParentField WRITE SetLookupParentField)
     Q_PROPERTY(QString LookupTreeViewField READ GetLookupTreeViewField WRITE SetLookupTreeViewField)
     Q_PROPERTY(QString LookupListTitles READ GetLookupListTitles WRITE SetLookupListTitles)
@@ -569,6 +571,8 @@ public:
     int Depth() const;
     TQColumn *GetParentColumn() const;
     TQLookupColumn GetLookupColumn() const;
+    // Whether the column's value is a list of several picked values (its editor ticks them).
+    bool GetMultiSelectList() const { return listOptions_.Contains(loMultiSelectList); }
     // The field a default width and caption are measured on.
     TField *MeasuredField() const;
 

@@ -182,6 +182,17 @@ public:
     void DelayEndSelect();
     void NotifyRowSelect(TSelectAction action);
     std::function<void(TQCustomDBGrid *sender, TSelectAction action)> OnRowSelect;
+
+    // The wheel: the application's handler runs first and may say it handled the turn;
+    // otherwise the grid moves by MouseWheelScrollRows. Answer whether the turn was handled.
+    using TMouseWheelUpDownEvent =
+        std::function<void(TObject *sender, Qt::KeyboardModifiers shift, const QPoint &mousePos, bool &handled)>;
+    TMouseWheelUpDownEvent OnMouseWheelDown;
+    TMouseWheelUpDownEvent OnMouseWheelUp;
+    // Whether a column's text is mirrored: a right-to-left grid, unless the column says not.
+    bool UseRightToLeftAlignmentForColumn(const TQColumn *column) const;
+    virtual bool DoMouseWheelDown(Qt::KeyboardModifiers shift, const QPoint &mousePos);
+    virtual bool DoMouseWheelUp(Qt::KeyboardModifiers shift, const QPoint &mousePos);
     void SelectAll();
     void InvertAll();
     void ClearSelection();
@@ -446,6 +457,8 @@ protected:
     bool SelectCell(int col, int row) override;
     void KeyDown(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    bool mouseWheel(int direction, const TMouseWheelUpDownEvent &handler, Qt::KeyboardModifiers shift,
+                    const QPoint &mousePos);
     bool CanEditShow() const override;
     QString GetEditText(int col, int row) const override;
     void SetEditText(int col, int row, const QString &text) override;

@@ -118,21 +118,46 @@ void TQCustomDBGrid::wheelEvent(QWheelEvent *event)
     // Shift turns a vertical wheel into a horizontal one on some systems: either counts.
     const QPoint delta = event->angleDelta();
     const int steps = (delta.y() != 0 ? delta.y() : delta.x()) / 120;
-    TDataSet *ds = DataSet();
-    if (steps == 0 || !DataLink()->Active() || !ds) {
+    if (steps == 0) {
         TCustomGrid::wheelEvent(event);
         return;
     }
     event->accept();
+    const QPoint at = event->position().toPoint();
+    for (int i = 0; i < qAbs(steps); ++i)
+        if (steps < 0 ? !DoMouseWheelDown(event->modifiers(), at) : !DoMouseWheelUp(event->modifiers(), at))
+            break;
+}
+
+bool TQCustomDBGrid::DoMouseWheelDown(Qt::KeyboardModifiers shift, const QPoint &mousePos)
+{
+    return mouseWheel(1, OnMouseWheelDown, shift, mousePos);
+}
+
+bool TQCustomDBGrid::DoMouseWheelUp(Qt::KeyboardModifiers shift, const QPoint &mousePos)
+{
+    return mouseWheel(-1, OnMouseWheelUp, shift, mousePos);
+}
+
+bool TQCustomDBGrid::mouseWheel(int direction, const TMouseWheelUpDownEvent &handler, Qt::KeyboardModifiers shift,
+                                const QPoint &mousePos)
+{
+    bool handled = false;
+    if (handler)
+        handler(this, shift, mousePos, handled);
+    TDataSet *ds = DataSet();
+    if (handled || !DataLink()->Active() || !ds)
+        return true;
     showingErrors([&] {
         // A new record nobody has typed into is not scrolled away from: the wheel drops it.
         if (ds->State() == dsInsert && !ds->Modified() && !DataLink()->IsModified()) {
-            if (steps > 0 || !DataLink()->Eof())
+            if (direction < 0 || !DataLink()->Eof())
                 ds->Cancel();
             return;
         }
-        MoveBy(-steps * MouseWheelScrollRows(event->modifiers()), RowsMode());
+        MoveBy(direction * MouseWheelScrollRows(shift), RowsMode());
     });
+    return true;
 }
 
 bool TQCustomDBGrid::CanEditShow() const

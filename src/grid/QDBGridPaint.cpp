@@ -8,6 +8,11 @@
 
 namespace qdb {
 
+bool TQCustomDBGrid::UseRightToLeftAlignmentForColumn(const TQColumn *column) const
+{
+    return layoutDirection() == Qt::RightToLeft && column && !column->GetSuppressRTL();
+}
+
 Qt::Alignment HorizontalAlignment(TAlignment a, bool rightToLeft)
 {
     switch (a) {
@@ -170,7 +175,7 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
     }
     painter.fillRect(rect, fill);
 
-    const bool rtl = layoutDirection() == Qt::RightToLeft && !column->GetSuppressRTL();
+    const bool rtl = UseRightToLeftAlignmentForColumn(column);
     QRect area = rect.adjusted(2, 0, -2, 0);
     TField *field = column->GetField();
 
@@ -311,7 +316,7 @@ void TQCustomDBGrid::drawTotalCell(QPainter &painter, int col, int row, const QR
     painter.setFont(total->GetFont());
     painter.setPen(palette().color(QPalette::ButtonText));
     const int margin = d_->style->TotalColMargin;
-    const bool rtl = layoutDirection() == Qt::RightToLeft && !column->GetSuppressRTL();
+    const bool rtl = UseRightToLeftAlignmentForColumn(column);
     DrawCellText(painter, rect.adjusted(margin, 0, -margin, 0), TotalText(total),
                  HorizontalAlignment(total->GetAlignment(), rtl) | VerticalAlignment(total->GetVAlignment()), false);
 }

@@ -159,6 +159,21 @@ TEST_F(DBGrid, TheWheelMovesThroughRecords)
     wheel(-120);
     EXPECT_EQ(table->State(), dsBrowse);
     EXPECT_EQ(table->RecordCount(), count);
+
+    // The application sees each turn first, with its direction, and may keep it for itself.
+    int downs = 0, ups = 0;
+    grid.OnMouseWheelDown = [&](TObject *, Qt::KeyboardModifiers, const QPoint &, bool &handled) { handled = ++downs == 1; };
+    grid.OnMouseWheelUp = [&](TObject *, Qt::KeyboardModifiers shift, const QPoint &, bool &) {
+        EXPECT_TRUE(shift.testFlag(Qt::ControlModifier));
+        ++ups;
+    };
+    const int before = table->RecNo();
+    wheel(-240); // two turns down: the first kept by the handler
+    EXPECT_EQ(downs, 2);
+    EXPECT_EQ(table->RecNo(), before + 5);
+    wheel(120, Qt::ControlModifier);
+    EXPECT_EQ(ups, 1);
+    EXPECT_EQ(table->RecNo(), before + 4);
 }
 
 TEST_F(DBGrid, OneRecordScrollRepaintsOnlyTheNewRowAndTheIndicator)
