@@ -7,6 +7,7 @@
 
 #include "platform/db/DataSource.h"
 #include "platform/rtl/Colors.h"
+#include "platform/rtl/Streaming.h"
 #include "platform/grids/Grids.h"
 
 #include <QEvent>
@@ -77,7 +78,7 @@ private:
 };
 
 // The data grid: a window of the records of a data set as rows, its fields as columns.
-class TQCustomDBGrid : public TCustomGrid
+class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
 {
     Q_OBJECT
     Q_PROPERTY(qdb::TDataSource *DataSource READ GetDataSource WRITE SetDataSource)
@@ -367,7 +368,18 @@ public:
     // Held while the link cancels an edit: the data change that follows is not a new state.
     void BeginCancel();
     void EndCancel();
-    bool IsLoading() const { return false; }
+    // Reading the grid from a stream: the order read is not given to the data set before
+    // the whole grid is read.
+    bool IsLoading() const;
+    Q_INVOKABLE void BeginLoading();
+    Q_INVOKABLE void Loaded();
+    // OrderFields in the grid's stream: written only when there is an order, read after the
+    // columns it marks.
+    QStringList CustomPropertyNames() const override;
+    QJsonValue WriteCustomProperty(const QString &name) const override;
+    void ReadCustomProperty(const QString &name, const QJsonValue &value) override;
+    QJsonValue WriteOrderFields() const;
+    void ReadOrderFields(const QJsonValue &value);
     bool IsDesigning() const { return false; }
     bool IsSavingColumns() const;
     bool IsLoadingColumns() const;

@@ -9,6 +9,8 @@
 
 #include "platform/rtl/TypInfo.h"
 
+#include <QCoreApplication>
+
 namespace qdb {
 
 namespace {
@@ -351,6 +353,53 @@ QString TQCustomDBGrid::CurrentSQLOrderFields(const QString &propNameIn)
         return {};
     auto *lines = qobject_cast<TStrings *>(GetObjectProp(ds, propNameIn.isEmpty() ? QStringLiteral("SQL") : propNameIn));
     return lines ? UnquoteOrderFields(ExtractOrderFields(lines)) : QString();
+}
+
+bool TQCustomDBGrid::IsLoading() const
+{
+    return d_->loading > 0;
+}
+
+void TQCustomDBGrid::BeginLoading()
+{
+    ++d_->loading;
+}
+
+void TQCustomDBGrid::Loaded()
+{
+    if (d_->loading > 0 && --d_->loading == 0 && DataLink()->Active() && d_->optionsEx.Contains(dgAutoUpdateOrder))
+        showingErrors([this] { UpdateOrder(false); }); // the order read is the data set's now
+}
+
+QStringList TQCustomDBGrid::CustomPropertyNames() const
+{
+    return {QStringLiteral("OrderFields")};
+}
+
+QJsonValue TQCustomDBGrid::WriteCustomProperty(const QString &name) const
+{
+    return name == QLatin1String("OrderFields") ? WriteOrderFields() : QJsonValue(QJsonValue::Undefined);
+}
+
+void TQCustomDBGrid::ReadCustomProperty(const QString &name, const QJsonValue &value)
+{
+    if (name == QLatin1String("OrderFields"))
+        ReadOrderFields(value);
+}
+
+QJsonValue TQCustomDBGrid::WriteOrderFields() const
+{
+    const QString order = GetOrderFields();
+    return order.isEmpty() ? QJsonValue(QJsonValue::Undefined) : QJsonValue(order);
+}
+
+void TQCustomDBGrid::ReadOrderFields(const QJsonValue &value)
+{
+    if (!value.isString())
+        throw EReadError(QCoreApplication::translate("qdb", "Error reading %1.%2: %3")
+                             .arg(QString::fromLatin1(metaObject()->className()), QStringLiteral("OrderFields"),
+                                  QCoreApplication::translate("qdb", "invalid property value")));
+    SetOrderFields(value.toString());
 }
 
 } // namespace qdb

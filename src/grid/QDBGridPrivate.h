@@ -111,6 +111,7 @@ struct TQCustomDBGrid::Private
     bool updatingScrollBar = false;
     int savingColumns = 0;
     int loadingColumns = 0;
+    int loading = 0; // reading from a stream
     QString orderFields; // the order text last stored
     QString orderBefore; // the order when the outermost order update began
     int orderLock = 0;

@@ -9,6 +9,7 @@
 #include "TestSupport.h"
 
 #include "platform/rtl/Exceptions.h"
+#include "platform/rtl/Streaming.h"
 #include "platform/sql/SQLDataSet.h"
 
 #include <QTemporaryDir>
@@ -83,6 +84,32 @@ TEST_F(SortOrder, TheOrderTextMarksTheTitles)
     EXPECT_EQ(grid.GetColumns()->MarkerList().size(), 9);
     EXPECT_EQ(grid.GetColumns()->FindColumn(QStringLiteral("F9"))->GetTitle()->GetMarker(), tmNone);
     source.SetDataSet(table.get());
+}
+
+TEST_F(SortOrder, TheOrderTravelsInTheGridsStreamAfterItsColumns)
+{
+    grid.SetOrderFields(QStringLiteral("Name,Qty DESC"));
+    const QJsonObject json = WriteComponent(&grid);
+    EXPECT_EQ(json.value(QStringLiteral("OrderFields")).toString(), QStringLiteral("Name,Qty DESC"));
+    grid.SetOrderFields(QString());
+    EXPECT_FALSE(WriteComponent(&grid).contains(QStringLiteral("OrderFields"))); // nothing to keep
+    EXPECT_TRUE(grid.CurrentDataSetOrder().isEmpty());
+
+    // Read into another grid on the same table: the columns come first, the order marks them,
+    // and the data set gets the order once the whole grid is read.
+    TQDBGrid copy;
+    copy.SetDataSource(&source);
+    copy.SetOptionsEx(copy.GetOptionsEx() + dgAutoUpdateOrder);
+    ReadComponent(&copy, json);
+    EXPECT_EQ(copy.GetOrderFields(), QStringLiteral("Name,Qty DESC"));
+    EXPECT_EQ(copy.GetColumns()->FindColumn(QStringLiteral("Qty"))->GetTitle()->GetMarker(), tmDescend);
+    EXPECT_EQ(copy.CurrentDataSetOrder(), QStringLiteral("Name,Qty DESC"));
+    EXPECT_FALSE(copy.IsLoading());
+
+    QJsonObject bad = json;
+    bad[QStringLiteral("OrderFields")] = 5;
+    EXPECT_THROW(ReadComponent(&copy, bad), EReadError);
+    copy.SetDataSource(nullptr);
 }
 
 TEST_F(SortOrder, TitleClicksSortTheTableKeepingTheRecord)

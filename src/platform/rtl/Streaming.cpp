@@ -241,6 +241,12 @@ QJsonObject WriteComponent(const QObject *object)
         if (!value.isUndefined())
             json[name] = value;
     }
+    if (auto *custom = dynamic_cast<const TCustomProperties *>(object))
+        for (const QString &name : custom->CustomPropertyNames()) {
+            const QJsonValue value = custom->WriteCustomProperty(name);
+            if (!value.isUndefined())
+                json[name] = value;
+        }
     return json;
 }
 
@@ -248,7 +254,11 @@ void ReadComponent(QObject *object, const QJsonObject &json, const ReferenceReso
 {
     LoadingBracket loading(object);
     const QMetaObject *meta = object->metaObject();
+    auto *custom = dynamic_cast<TCustomProperties *>(object);
+    const QStringList customNames = custom ? custom->CustomPropertyNames() : QStringList();
     for (auto it = json.begin(); it != json.end(); ++it) {
+        if (customNames.contains(it.key()))
+            continue; // after the published ones
         const int index = meta->indexOfProperty(it.key().toLatin1().constData());
         if (index < 0)
             readError(object, it.key(), QCoreApplication::translate("qdb", "property does not exist"));
@@ -262,6 +272,9 @@ void ReadComponent(QObject *object, const QJsonObject &json, const ReferenceReso
             || !prop.write(object, v))
             readError(object, it.key(), QCoreApplication::translate("qdb", "invalid property value"));
     }
+    for (const QString &name : customNames)
+        if (json.contains(name))
+            custom->ReadCustomProperty(name, json.value(name));
 }
 
 QByteArray ComponentToJson(const QObject *object)

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QMetaProperty>
 #include <QObject>
 
@@ -22,6 +23,19 @@ namespace qdb {
 // invokable BeginLoading() and Loaded() has them called around its properties.
 
 bool IsPropertyStored(const QObject *object, const QMetaProperty &property);
+
+// A component whose stream holds values of its own making besides its published
+// properties. They are written after those, and read after them, so that they may rely on
+// them (a grid's sort order on its columns).
+class TCustomProperties
+{
+public:
+    virtual ~TCustomProperties() = default;
+    virtual QStringList CustomPropertyNames() const = 0;
+    // Undefined writes nothing.
+    virtual QJsonValue WriteCustomProperty(const QString &name) const = 0;
+    virtual void ReadCustomProperty(const QString &name, const QJsonValue &value) = 0;
+};
 
 QJsonObject WriteComponent(const QObject *object);
 // Resolves a reference by name; nullptr leaves the property as it is.
