@@ -74,7 +74,7 @@ int TQDBCustomData::RecordIndex()
     return IsEmpty() ? -1 : GetIndex(ActiveBuffer());
 }
 
-TGetResult TQDBCustomData::internalGetRecord(TRecordBuffer &buffer, TGetMode mode)
+TGetResult TQDBCustomData::InternalGetRecord(TRecordBuffer &buffer, TGetMode mode)
 {
     int index = cursor_;
     if (mode == gmNext)
@@ -98,14 +98,14 @@ TGetResult TQDBCustomData::GetRecord(TRecordBuffer &buffer, TGetMode mode, bool 
 {
     Q_UNUSED(doCheck);
     if (!IsFiltering() && !locating_)
-        return internalGetRecord(buffer, mode);
+        return InternalGetRecord(buffer, mode);
     for (;;) {
-        const TGetResult result = internalGetRecord(buffer, mode);
+        const TGetResult result = InternalGetRecord(buffer, mode);
         if (result != grOK)
             return result;
         bool accept = true;
         if (locating_)
-            accept = MatchesKeys(buffer, locateFields_, locateValues_, locateOptions_);
+            accept = LocateFilter(buffer);
         if (accept)
             accept = FilterAccepts(buffer);
         if (accept)
@@ -233,6 +233,18 @@ bool TQDBCustomData::LocateRecord(const QList<TField *> &fields, const Variant &
     }
     locating_ = false;
     return found;
+}
+
+bool TQDBCustomData::LocateFilter(TRecordBuffer &buffer)
+{
+    return MatchesKeys(buffer, locateFields_, locateValues_, locateOptions_);
+}
+
+void TQDBCustomData::InternalAddRecord(TRecordBuffer &buffer, bool append)
+{
+    if (append)
+        buffer.flag = bfEOF;
+    InternalPost();
 }
 
 bool TQDBCustomData::FindRecord(bool restart, bool forward)

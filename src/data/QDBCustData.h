@@ -81,9 +81,14 @@ protected:
     bool GetCanModify() const override { return !readOnly_; }
     bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
                       bool syncCursor) override;
+    // The record next to, before or at the cursor, without filtering.
+    virtual TGetResult InternalGetRecord(TRecordBuffer &buffer, TGetMode mode);
+    // Whether the record in the buffer holds the values a running locate looks for.
+    virtual bool LocateFilter(TRecordBuffer &buffer);
+    // Posts the record being inserted in the buffer; with append, after the last record.
+    virtual void InternalAddRecord(TRecordBuffer &buffer, bool append);
 
 private:
-    TGetResult internalGetRecord(TRecordBuffer &buffer, TGetMode mode);
     static TBookmark indexBookmark(int index);
     static int bookmarkIndex(const TBookmark &bookmark);
 

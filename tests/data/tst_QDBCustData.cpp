@@ -178,3 +178,39 @@ TEST(QDBCustomData, LocateVisitsOnlyAcceptedRecords)
     EXPECT_TRUE(visited.isEmpty());
     EXPECT_EQ(data.RecNo(), 1);
 }
+
+TEST(QDBCustomData, ADescendantLocatesByItsOwnRule)
+{
+    // Names found by their last letters: what a descendant may decide in LocateFilter.
+    class SuffixData : public ListData
+    {
+    public:
+        using ListData::ListData;
+        int reads = 0;
+
+    protected:
+        bool LocateFilter(TRecordBuffer &buffer) override
+        {
+            TempState look(this, dsFilter, &buffer);
+            return FieldByName(QStringLiteral("Name"))->AsString().endsWith(wanted);
+        }
+        TGetResult InternalGetRecord(TRecordBuffer &buffer, TGetMode mode) override
+        {
+            ++reads;
+            return ListData::InternalGetRecord(buffer, mode);
+        }
+
+    public:
+        QString wanted;
+    };
+    SuffixData data(30);
+    data.Open();
+    data.wanted = QStringLiteral("7");
+    data.reads = 0;
+    EXPECT_TRUE(data.Locate(QStringLiteral("Name"), QStringLiteral("ignored"), {}));
+    EXPECT_EQ(data.RecNo(), 8); // n7, the first that ends in 7
+    EXPECT_GE(data.reads, 8);
+    data.wanted = QStringLiteral("x");
+    EXPECT_FALSE(data.Locate(QStringLiteral("Name"), QStringLiteral("ignored"), {}));
+    EXPECT_EQ(data.RecNo(), 8);
+}
