@@ -3,6 +3,7 @@
 #include "QDBGrid.h"
 
 #include "platform/db/DataSet.h"
+#include "platform/rtl/Conversions.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>
@@ -385,6 +386,15 @@ void TQColumn::SetWidthBase(int width)
 {
     SetWidth(width);
     widthBase_ = qMax(0, width);
+}
+
+void TQColumn::ScaleWidth(int multiplier, int divisor)
+{
+    const auto scaled = [&](int value) { return MulDiv(value, multiplier, divisor); };
+    const int base = widthBase_;
+    SetWidth(scaled(width_));
+    if (base >= 0)
+        widthBase_ = scaled(base);
 }
 
 TImeMode TQColumn::DefaultImeMode() const

@@ -530,6 +530,8 @@ public:
     void Synchronize();
     int GetWidthBase() const;
     void SetWidthBase(int width);
+    // The kept width and base width times multiplier / divisor (another pixel density).
+    void ScaleWidth(int multiplier, int divisor);
     // The width a stretch pass gives; shown instead of the own width while stretching is on.
     int StretchWidth() const { return stretchWidth_; }
     void SetStretchWidth(int width) { stretchWidth_ = width; }

@@ -92,6 +92,8 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(int WheelScrollRows READ GetWheelScrollRows WRITE SetWheelScrollRows)
     Q_PROPERTY(QFont HeaderFont READ GetHeaderFont WRITE SetHeaderFont)
     Q_PROPERTY(int LinesCount READ GetLinesCount WRITE SetLinesCount)
+    Q_PROPERTY(int LinesCountMin READ GetLinesCountMin WRITE SetLinesCountMin)
+    Q_PROPERTY(int LinesCountMax READ GetLinesCountMax WRITE SetLinesCountMax)
     Q_PROPERTY(int TitleLinesCount READ GetTitleLinesCount WRITE SetTitleLinesCount)
     Q_PROPERTY(int HeaderLinesCount READ GetHeaderLinesCount WRITE SetHeaderLinesCount)
     Q_PROPERTY(int IndicatorWidth READ GetIndicatorWidth WRITE SetIndicatorWidth)
@@ -227,7 +229,13 @@ public:
     void SetHeaderFont(const QFont &font);
     // Text lines of a data row, of a title caption and of a header line.
     int GetLinesCount() const;
+    // Kept between LinesCountMin and LinesCountMax (0: no upper bound), however it is set
+    // (by code, a layout read back, the settings).
     void SetLinesCount(int lines);
+    int GetLinesCountMin() const;
+    void SetLinesCountMin(int lines);
+    int GetLinesCountMax() const;
+    void SetLinesCountMax(int lines);
     int GetTitleLinesCount() const;
     void SetTitleLinesCount(int lines);
     int GetHeaderLinesCount() const;
@@ -311,6 +319,9 @@ public:
     void StretchGrid();
     // Fits every showing column to its title and the records in view.
     void AdjustColumnsWidth();
+    // Scales the widths the columns keep (and their base widths) by multiplier / divisor:
+    // a layout made at another pixel density. Default widths follow the fonts by themselves.
+    void ScaleColumnsBy(int multiplier, int divisor);
     bool StretchActive() const;
     // The free base widths and the width left for them at the last stretch pass.
     int StretchBaseSum() const;

@@ -5,6 +5,8 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "platform/rtl/Conversions.h"
+
 #include <QFontMetrics>
 
 namespace qdb {
@@ -271,6 +273,24 @@ void TQCustomDBGrid::AdjustColumnsWidth()
     BeginLayout();
     for (TQColumn *c : std::as_const(d_->showing))
         fitToContent(c);
+    EndLayout();
+}
+
+void TQCustomDBGrid::ScaleColumnsBy(int multiplier, int divisor)
+{
+    if (multiplier == divisor || multiplier <= 0 || divisor <= 0)
+        return;
+    const auto scaled = [&](int value) { return MulDiv(value, multiplier, divisor); };
+    BeginLayout();
+    for (TQColumn *c : *d_->columns) {
+        // The bounds first: the width is then kept within the scaled ones.
+        if (c->GetWidthMin() > 0)
+            c->SetWidthMin(scaled(c->GetWidthMin()));
+        if (c->GetWidthMax() > 0)
+            c->SetWidthMax(scaled(c->GetWidthMax()));
+        if (c->IsWidthStored())
+            c->ScaleWidth(multiplier, divisor);
+    }
     EndLayout();
 }
 

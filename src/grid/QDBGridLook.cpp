@@ -59,8 +59,30 @@ void TQCustomDBGrid::SetHeaderFont(const QFont &font)
 
 void TQCustomDBGrid::SetLinesCount(int lines)
 {
-    if (change(d_->linesCount, qMax(1, lines)))
+    lines = qMax(d_->linesCountMin, lines);
+    if (d_->linesCountMax > 0)
+        lines = qMin(lines, d_->linesCountMax);
+    if (change(d_->linesCount, lines))
         LayoutChanged();
+}
+
+int TQCustomDBGrid::GetLinesCountMin() const { return d_->linesCountMin; }
+int TQCustomDBGrid::GetLinesCountMax() const { return d_->linesCountMax; }
+
+void TQCustomDBGrid::SetLinesCountMin(int lines)
+{
+    d_->linesCountMin = qMax(1, lines);
+    if (d_->linesCountMax > 0 && d_->linesCountMax < d_->linesCountMin)
+        d_->linesCountMax = d_->linesCountMin;
+    SetLinesCount(d_->linesCount);
+}
+
+void TQCustomDBGrid::SetLinesCountMax(int lines)
+{
+    d_->linesCountMax = qMax(0, lines);
+    if (d_->linesCountMax > 0 && d_->linesCountMin > d_->linesCountMax)
+        d_->linesCountMin = d_->linesCountMax;
+    SetLinesCount(d_->linesCount);
 }
 
 void TQCustomDBGrid::SetTitleLinesCount(int lines)

@@ -69,6 +69,8 @@ struct TQCustomDBGrid::Private
     QFont headerFont;
     bool headerFontAssigned = false;
     int linesCount = 1;
+    int linesCountMin = 1;
+    int linesCountMax = 0;
     int titleLinesCount = 1;
     int headerLinesCount = 1;
     int indicatorWidth = 0;

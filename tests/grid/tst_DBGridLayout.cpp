@@ -115,6 +115,43 @@ TEST_F(DBGridLayout, LinesCountSetsTheRowHeight)
     EXPECT_LT(grid.DataLink()->RecordCount(), records); // fewer rows fit
 }
 
+TEST_F(DBGridLayout, LinesCountStaysWithinItsBounds)
+{
+    grid.SetLinesCountMax(3);
+    grid.SetLinesCount(5);
+    EXPECT_EQ(grid.GetLinesCount(), 3);
+    grid.SetLinesCountMin(2);
+    grid.SetLinesCount(1);
+    EXPECT_EQ(grid.GetLinesCount(), 2);
+    grid.SetLinesCountMin(4); // above the maximum: the maximum follows, the count too
+    EXPECT_EQ(grid.GetLinesCountMax(), 4);
+    EXPECT_EQ(grid.GetLinesCount(), 4);
+    grid.SetLinesCountMax(0); // no upper bound
+    grid.SetLinesCount(9);
+    EXPECT_EQ(grid.GetLinesCount(), 9);
+}
+
+TEST_F(DBGridLayout, ScalingKeepsDefaultsAndScalesWhatTheColumnsKeep)
+{
+    ownColumns({"Name", "Qty", "Unit Price"});
+    TQDBGridColumns *columns = grid.GetColumns();
+    columns->Items(0)->SetWidth(100);
+    columns->Items(1)->SetWidthBase(40);
+    columns->Items(1)->SetWidthMin(30);
+    columns->Items(1)->SetWidthMax(60);
+    const int byDefault = columns->Items(2)->GetWidth();
+    grid.ScaleColumnsBy(3, 2); // a layout made at 96 pixels per inch, shown at 144
+    EXPECT_EQ(columns->Items(0)->GetWidth(), 150);
+    EXPECT_EQ(columns->Items(1)->GetWidth(), 60);
+    EXPECT_EQ(columns->Items(1)->GetWidthBase(), 60);
+    EXPECT_EQ(columns->Items(1)->GetWidthMin(), 45);
+    EXPECT_EQ(columns->Items(1)->GetWidthMax(), 90);
+    EXPECT_EQ(columns->Items(2)->GetWidth(), byDefault); // follows the font, not the layout
+    EXPECT_FALSE(columns->Items(2)->IsWidthStored());
+    grid.ScaleColumnsBy(2, 3);
+    EXPECT_EQ(columns->Items(0)->GetWidth(), 100);
+}
+
 TEST_F(DBGridLayout, TheBottomBandHoldsTheBlankAndTotalsRows)
 {
     grid.SetOptionsEx({dgBlankRow});

@@ -40,4 +40,10 @@ Currency StrToCurr(const QString &s); // raises EConvertError
 bool TryStrToBool(const QString &s, bool &value);
 bool StrToBool(const QString &s); // raises EConvertError
 
+// value × multiplier ÷ divisor, rounded to the nearest, without overflow on the way.
+inline int MulDiv(int value, int multiplier, int divisor)
+{
+    return divisor == 0 ? -1 : int((qint64(value) * multiplier + (divisor / 2)) / divisor);
+}
+
 } // namespace qdb
