@@ -25,6 +25,8 @@ QString tr(const char *text)
 constexpr qint64 DirectRows = 1024;
 // Results this small are always read directly.
 constexpr qint64 SmallResult = 8192;
+// Far reads an index-given order serves directly before the order is computed.
+constexpr int CheapFarReads = 4;
 // Pages read at once by a walk through the key table.
 constexpr int ReadAhead = 8;
 // Writes of the application's own that a computed order takes in before it is computed again.
@@ -89,13 +91,15 @@ void SQLRowSource::describe()
                             item.nullsFirst >= 0};
     }
     if (orderKnown_) {
-        // The key settles ties, so that a position names one record for good.
+        // The key settles ties, so that a position names one record for good; it goes the
+        // way the last column goes, so that an index read backwards still gives the order.
+        const bool descending = !order_.isEmpty() && order_.last().descending;
         for (int key : keyColumns_) {
             bool present = false;
             for (const OrderItem &o : order_)
                 present = present || o.column == key;
             if (!present)
-                order_ << OrderItem{key, false, defaultNullsFirst(false), false};
+                order_ << OrderItem{key, descending, defaultNullsFirst(descending), false};
         }
         ordered_ = QStringLiteral("SELECT * FROM (%1) qdb_q").arg(shape_.body);
         if (!order_.isEmpty())
@@ -140,7 +144,10 @@ void SQLRowSource::ReadDirect(qint64 first, int n, SQLRows &rows, bool sequentia
 
 void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
 {
-    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult)
+    // Far from the start the order is computed once; where an index gives the order, the
+    // first few far reads (the screen around a record kept through a sort) go without.
+    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult
+        && !(CheapOffsets() && ++farReads_ <= CheapFarReads))
         buildIndex();
     if (!index_.isEmpty() && !Streaming(first)) {
         if (edited())
@@ -327,6 +334,7 @@ void SQLRowSource::Reset()
     dropIndex();
     count_ = -1;
     directEnd_ = -1;
+    farReads_ = 0;
 }
 
 void SQLRowSource::forgetEdits()
@@ -420,21 +428,28 @@ void SQLRowSource::fetchEdited(qint64 first, int n, SQLRows &rows)
 }
 
 // Whether the row `row` comes before the row `target` in the result's order.
-QString SQLRowSource::before(const QString &row, const QString &target) const
+// The ways the row `row` can come before the row `target` in the result's order, which
+// exclude each other: each a range on one column after equal ones before it, so that the
+// database can count each through an index where there is one.
+QStringList SQLRowSource::before(const QString &row, const QString &target) const
 {
     QStringList alternatives;
     QStringList equalSoFar;
     for (const OrderItem &o : order_) {
         const QString name = Quote(record_.fieldName(o.column));
         const QString a = row + QLatin1Char('.') + name, b = target + QLatin1Char('.') + name;
-        const QString less = QStringLiteral("(%1 %2 %3 OR (%1 IS %4NULL AND %3 IS %5NULL))")
-                                 .arg(a, o.descending ? QStringLiteral(">") : QStringLiteral("<"), b,
-                                      o.nullsFirst ? QString() : QStringLiteral("NOT "),
-                                      o.nullsFirst ? QStringLiteral("NOT ") : QString());
-        alternatives << (equalSoFar.isEmpty() ? less : QStringLiteral("(%1 AND %2)").arg(equalSoFar.join(QStringLiteral(" AND ")), less));
+        const QString less = QStringLiteral("%1 %2 %3").arg(a, o.descending ? QStringLiteral(">") : QStringLiteral("<"), b);
+        // NULL sorts on its own side of every value.
+        const QString nulls = o.nullsFirst ? QStringLiteral("%1 IS NULL AND %2 IS NOT NULL").arg(a, b)
+                                           : QStringLiteral("%1 IS NOT NULL AND %2 IS NULL").arg(a, b);
+        for (const QString &own : {less, nulls}) {
+            QStringList term = equalSoFar;
+            term << own;
+            alternatives << QStringLiteral("(%1)").arg(term.join(QStringLiteral(" AND ")));
+        }
         equalSoFar << Same(a, b);
     }
-    return alternatives.isEmpty() ? QStringLiteral("1 = 0") : alternatives.join(QStringLiteral(" OR "));
+    return alternatives;
 }
 
 qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
@@ -443,15 +458,24 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
         return -1;
     if (!orderKnown_)
         return indexPositionOf(keyValues);
-    // Counting the rows that sort before the record needs no sort and no rows read.
+    // Counting the rows that sort before the record needs no sort and no rows read; one
+    // count for each way of coming before it, as one count of them all would pass over
+    // every row where an index could go straight to the few.
     QStringList match;
     for (int key : keyColumns_)
         match << QStringLiteral("qdb_r.%1 = ?").arg(Quote(record_.fieldName(key)));
-    const QString sql = QStringLiteral("SELECT (SELECT COUNT(*) FROM (%1) qdb_q WHERE %2) FROM (%1) qdb_r WHERE %3")
-                            .arg(shape_.body, before(QStringLiteral("qdb_q"), QStringLiteral("qdb_r")),
-                                 match.join(QStringLiteral(" AND ")));
+    QStringList counts;
+    QList<QVariant> params;
+    for (const QString &way : before(QStringLiteral("qdb_q"), QStringLiteral("qdb_r"))) {
+        counts << QStringLiteral("(SELECT COUNT(*) FROM (%1) qdb_q WHERE %2)").arg(shape_.body, way);
+        params += shape_.params;
+    }
+    if (counts.isEmpty())
+        counts << QStringLiteral("0");
+    const QString sql = QStringLiteral("SELECT %1 FROM (%2) qdb_r WHERE %3")
+                            .arg(counts.join(QStringLiteral(" + ")), shape_.body, match.join(QStringLiteral(" AND ")));
     SQLRows rows;
-    Query(sql, shape_.params + shape_.params + keyValues, rows, 1);
+    Query(sql, params + shape_.params + keyValues, rows, 1);
     return rows.Count() ? rows.values[0].ToInt64() : -1;
 }
 

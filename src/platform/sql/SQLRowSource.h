@@ -71,7 +71,7 @@ public:
     // The position of the first row whose columns hold the values (null matching null), -1
     // when there is none, -2 when this source cannot search by itself.
     qint64 Find(const QList<int> &columns, const QList<QVariant> &values);
-    // How many times the order of the result was computed into a table of keys (for tests).
+    // How many times the order of the result was computed into a table (for tests).
     int IndexBuilds() const { return indexBuilds_; }
 
 protected:
@@ -99,6 +99,9 @@ protected:
     virtual void ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential);
     // Whether a sequential read that is already at `first` can go on; SQLite streams.
     virtual bool Streaming(qint64 first) const { Q_UNUSED(first); return false; }
+    // Whether a direct read far from the start costs little (an index gives the order), so
+    // that a few such reads need no computed order.
+    virtual bool CheapOffsets() const { return false; }
     struct Statement
     {
         QString sql;
@@ -157,7 +160,7 @@ private:
     const QList<QVariant> *addedAt(qint64 position) const;
     qint64 tableRow(qint64 position) const;
     void fetchEdited(qint64 first, int n, SQLRows &rows);
-    QString before(const QString &row, const QString &target) const;
+    QStringList before(const QString &row, const QString &target) const;
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
 
     QList<int> keyColumns_;
@@ -170,6 +173,7 @@ private:
     qint64 indexRows_ = 0;
     int indexBuilds_ = 0;
     qint64 directEnd_ = -1; // where the last direct read ended
+    int farReads_ = 0;      // direct reads far from the start
     SQLRows ahead_;         // rows read through the key table beyond those asked for
     qint64 aheadFirst_ = 0;
     qint64 lastStart_ = -1, lastEnd_ = -1; // the rows the last read through it gave

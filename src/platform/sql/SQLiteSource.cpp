@@ -125,6 +125,8 @@ public:
     }
     bool HasRow() const { return hasRow_; }
     void Next() { step(); }
+    // Whether SQLite had to sort the rows itself (no index gives the order).
+    bool Sorted() const { return sqlite3_stmt_status(stmt_, SQLITE_STMTSTATUS_SORT, 0) > 0; }
 
 private:
     void step()
@@ -195,13 +197,21 @@ protected:
     }
 
     bool Streaming(qint64 first) const override { return stream_ && streamPos_ == first; }
+    // An index gives the order: OFFSET steps through it without sorting.
+    bool CheapOffsets() const override { return !sortsItself_; }
 
     void ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential) override
     {
         if (!Streaming(first)) {
             if (!sequential || first == 0) {
                 // One screen: SQLite keeps only the rows it returns while sorting.
-                SQLRowSource::ReadDirect(first, n, rows, sequential);
+                QList<QVariant> params = shape_.params;
+                params << n << first;
+                connection_->Read([&](QSqlDatabase *) {
+                    SQLiteStatement statement(db_, Ordered() + QStringLiteral(" LIMIT ? OFFSET ?"), params);
+                    sortsItself_ = statement.Sorted();
+                    statement.Read(n, rows);
+                });
                 return;
             }
             // Stepped to `first` rather than an OFFSET, which makes SQLite sort several times
@@ -260,6 +270,7 @@ private:
     QStringList declared_;
     std::unique_ptr<SQLiteStatement> stream_;
     qint64 streamPos_ = -1;
+    bool sortsItself_ = true;
 };
 
 } // namespace
