@@ -25,8 +25,10 @@ QString tr(const char *text)
 constexpr qint64 DirectRows = 1024;
 // Results this small are always read directly.
 constexpr qint64 SmallResult = 8192;
-// Far reads an index-given order serves directly before the order is computed.
+// Far reads an index-given order (or the record found last) serves before the order is
+// computed, and how far from that record.
 constexpr int CheapFarReads = 4;
+constexpr qint64 AnchorReach = 1024;
 // Pages read at once by a walk through the key table.
 constexpr int ReadAhead = 8;
 // Writes of the application's own that a computed order takes in before it is computed again.
@@ -110,15 +112,16 @@ void SQLRowSource::describe()
     }
 }
 
-QString SQLRowSource::OrderClause(const QString &alias) const
+QString SQLRowSource::OrderClause(const QString &alias, bool reversed) const
 {
+    // Turning every direction round reverses the databases' own NULL placing too.
     QStringList items;
     for (const OrderItem &o : order_) {
         QString item = alias + QLatin1Char('.') + Quote(record_.fieldName(o.column));
-        if (o.descending)
+        if (o.descending != reversed)
             item += QStringLiteral(" DESC");
         if (o.explicitNulls)
-            item += o.nullsFirst ? QStringLiteral(" NULLS FIRST") : QStringLiteral(" NULLS LAST");
+            item += o.nullsFirst != reversed ? QStringLiteral(" NULLS FIRST") : QStringLiteral(" NULLS LAST");
         items << item;
     }
     return items.join(QStringLiteral(", "));
@@ -145,10 +148,18 @@ void SQLRowSource::ReadDirect(qint64 first, int n, SQLRows &rows, bool sequentia
 void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
 {
     // Far from the start the order is computed once; where an index gives the order, the
-    // first few far reads (the screen around a record kept through a sort) go without.
-    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult
-        && !(CheapOffsets() && ++farReads_ <= CheapFarReads))
-        buildIndex();
+    // first few far reads (the screen around a record kept through a sort) go without, and
+    // otherwise so do reads close to the record found last.
+    if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult) {
+        if (CheapOffsets() && ++farReads_ <= CheapFarReads) {
+            // read directly below
+        } else if (HasKeys() && orderKnown_ && nearAnchor(first, n) && ++anchorReads_ <= CheapFarReads) {
+            readNearAnchor(first, n, rows);
+            return;
+        } else {
+            buildIndex();
+        }
+    }
     if (!index_.isEmpty() && !Streaming(first)) {
         if (edited())
             fetchEdited(first, n, rows);
@@ -335,6 +346,9 @@ void SQLRowSource::Reset()
     count_ = -1;
     directEnd_ = -1;
     farReads_ = 0;
+    anchorReads_ = 0;
+    anchorPosition_ = -1;
+    anchorKeys_.clear();
 }
 
 void SQLRowSource::forgetEdits()
@@ -476,7 +490,46 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
                             .arg(counts.join(QStringLiteral(" + ")), shape_.body, match.join(QStringLiteral(" AND ")));
     SQLRows rows;
     Query(sql, params + shape_.params + keyValues, rows, 1);
-    return rows.Count() ? rows.values[0].ToInt64() : -1;
+    const qint64 position = rows.Count() ? rows.values[0].ToInt64() : -1;
+    if (position >= 0 && index_.isEmpty()) { // the rows around it can be read from it
+        anchorKeys_ = keyValues;
+        anchorPosition_ = position;
+    }
+    return position;
+}
+
+bool SQLRowSource::nearAnchor(qint64 first, int n) const
+{
+    return anchorPosition_ >= 0 && first + n > anchorPosition_ - AnchorReach && first < anchorPosition_ + AnchorReach;
+}
+
+// Rows on either side of the record found last, read by their place in the order from it:
+// the database picks the few it needs from one pass instead of sorting them all.
+void SQLRowSource::readNearAnchor(qint64 first, int n, SQLRows &rows)
+{
+    QStringList match;
+    for (int key : keyColumns_)
+        match << QStringLiteral("qdb_x.%1 = ?").arg(Quote(record_.fieldName(key)));
+    const QString target = QStringLiteral("(SELECT * FROM (%1) qdb_x WHERE %2) qdb_r").arg(shape_.body, match.join(QStringLiteral(" AND ")));
+    const QString before = this->before(QStringLiteral("qdb_q"), QStringLiteral("qdb_r")).join(QStringLiteral(" OR "));
+    const QList<QVariant> params = shape_.params + shape_.params + anchorKeys_;
+    const qint64 end = first + n;
+    rows.columns = record_.count();
+    if (first < anchorPosition_) { // before it, read backwards
+        const qint64 take = qMin(end, anchorPosition_) - first;
+        SQLRows back;
+        Query(QStringLiteral("SELECT qdb_q.* FROM (%1) qdb_q, %2 WHERE %3 ORDER BY %4 LIMIT ? OFFSET ?")
+                  .arg(shape_.body, target, before, OrderClause(QStringLiteral("qdb_q"), true)),
+              params + QList<QVariant>{take, anchorPosition_ - first - take}, back, take);
+        for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
+            rows.values.insert(rows.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
+    }
+    if (end > anchorPosition_) { // the record itself and after it
+        const qint64 from = qMax(first, anchorPosition_);
+        Query(QStringLiteral("SELECT qdb_q.* FROM (%1) qdb_q, %2 WHERE NOT COALESCE(%3, %4) ORDER BY %5 LIMIT ? OFFSET ?")
+                  .arg(shape_.body, target, QStringLiteral("(%1)").arg(before), False(), OrderClause(QStringLiteral("qdb_q"))),
+              params + QList<QVariant>{end - from, from - anchorPosition_}, rows, end - from);
+    }
 }
 
 qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)

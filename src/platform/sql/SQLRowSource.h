@@ -117,8 +117,9 @@ protected:
     virtual QString IndexColumn(int column) const = 0;
     // The key columns of a result row equal to those of the table's row.
     QString KeyMatch(const QString &row, const QString &index) const;
-    // "a IS b" in this database's words.
+    // "a IS b" and false in this database's words.
     virtual QString Same(const QString &a, const QString &b) const = 0;
+    virtual QString False() const { return QStringLiteral("FALSE"); }
 
     QString Quote(const QString &name) const;
     // The ordered result, a statement the source may add LIMIT and OFFSET to.
@@ -126,7 +127,7 @@ protected:
     // Whether every ORDER BY item is a column, so that the source could make the order its own.
     bool OrderKnown() const { return orderKnown_; }
     // The ORDER BY items that make the order total (columns of qdb_q).
-    QString OrderClause(const QString &alias) const;
+    QString OrderClause(const QString &alias, bool reversed = false) const;
 
     TSQLConnection *connection_;
     SQLResultShape shape_;
@@ -162,6 +163,8 @@ private:
     void fetchEdited(qint64 first, int n, SQLRows &rows);
     QStringList before(const QString &row, const QString &target) const;
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
+    bool nearAnchor(qint64 first, int n) const;
+    void readNearAnchor(qint64 first, int n, SQLRows &rows);
 
     QList<int> keyColumns_;
     QList<OrderItem> order_;
@@ -174,6 +177,9 @@ private:
     int indexBuilds_ = 0;
     qint64 directEnd_ = -1; // where the last direct read ended
     int farReads_ = 0;      // direct reads far from the start
+    int anchorReads_ = 0;   // reads from the record found last
+    QList<QVariant> anchorKeys_;
+    qint64 anchorPosition_ = -1;
     SQLRows ahead_;         // rows read through the key table beyond those asked for
     qint64 aheadFirst_ = 0;
     qint64 lastStart_ = -1, lastEnd_ = -1; // the rows the last read through it gave

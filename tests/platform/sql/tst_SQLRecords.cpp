@@ -169,6 +169,14 @@ TEST_P(SQLRecordsTest, EveryPositionAgreesWithAWalk)
         table.Open();
         const QList<int> expected = expectedOrder(descending, allIds());
         ASSERT_EQ(table.RecordCount(), Rows);
+        // A record found far down, and the rows around it, need no sort of the whole result.
+        ASSERT_TRUE(table.Locate(QStringLiteral("id"), expected[12345], {}));
+        EXPECT_EQ(table.RecNo(), 12346);
+        table.MoveBy(-300);
+        EXPECT_EQ(id(), expected[12045]);
+        table.MoveBy(500);
+        EXPECT_EQ(id(), expected[12545]);
+        EXPECT_EQ(table.OrderComputations(), 0);
         EXPECT_EQ(walkForwards(), expected);
         EXPECT_EQ(walkBackwards(), expected);
         EXPECT_EQ(table.OrderComputations(), 1); // computed once, then every page read through it
