@@ -8,6 +8,10 @@ scripts/install-deps.sh
 
 export QT_QPA_PLATFORM=offscreen
 jobs=$(nproc)
+# Paths relative to the checkout in the compiler cache: a fresh clone reuses what another
+# checkout on this machine compiled.
+export CCACHE_BASEDIR="$PWD"
+export CCACHE_NOHASHDIR=1
 
 # A PostgreSQL server on loopback for the SQL tests, stopped whatever happens; without
 # the server binaries the PostgreSQL cases are skipped.
