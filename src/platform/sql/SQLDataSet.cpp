@@ -564,7 +564,9 @@ void TCustomSQLDataSet::releaseLater() const
         self,
         [self] {
             self->releasePosted_ = false;
-            if (self->source_)
+            if (self->source_ && self->source_->Busy())
+                self->releaseLater(); // a read is waiting: after it
+            else if (self->source_)
                 self->source_->Pause();
         },
         Qt::QueuedConnection);

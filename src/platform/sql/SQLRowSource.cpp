@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QSqlDriver>
+#include <QScopedValueRollback>
 #include <QSqlField>
 
 #include <algorithm>
@@ -147,6 +148,15 @@ void SQLRowSource::ReadDirect(qint64 first, int n, SQLRows &rows, bool sequentia
 
 void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
 {
+    if (busy_ > 1) {
+        // Asked while a read of this source waits (from the events the application lets
+        // through meanwhile): a statement of its own, leaving alone what the waiting read uses.
+        if (!index_.isEmpty() && !edited())
+            readIndexed(first, n, rows);
+        else
+            SQLRowSource::ReadDirect(first, n, rows, false);
+        return;
+    }
     // Far from the start the order is computed once; where an index gives the order, the
     // first few far reads (the screen around a record kept through a sort) go without, and
     // otherwise so do reads close to the record found last.
@@ -274,7 +284,9 @@ QString SQLRowSource::KeyMatch(const QString &row, const QString &index) const
 template<typename F>
 auto SQLRowSource::reading(F read)
 {
-    forgetLostIndex();
+    const QScopedValueRollback<int> busy(busy_, busy_ + 1);
+    if (busy_ == 1)
+        forgetLostIndex();
     try {
         return read();
     } catch (const EDatabaseError &) {

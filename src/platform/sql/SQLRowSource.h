@@ -62,6 +62,9 @@ public:
     // deleted) now stands where it sorts. A computed order is corrected, not computed
     // again. Answers the written row's position, -1 when the result does not hold it.
     qint64 Written(qint64 oldPosition, const QList<QVariant> &added);
+    // Whether a read of this source is in progress (waiting, while the application lets
+    // events through): Pause must wait for its end.
+    bool Busy() const { return busy_ > 0; }
     // Whether rows have keys (and so positions can be found by key).
     bool HasKeys() const { return !keyColumns_.isEmpty(); }
     const QList<int> &KeyColumns() const { return keyColumns_; }
@@ -173,6 +176,7 @@ private:
     qint64 count_ = -1;
     QString index_;       // the key table; empty until built
     int session_ = -1; // the session the key table lives in
+    int busy_ = 0;     // reads in progress, the ones asked for while another waits included
     qint64 indexRows_ = 0;
     int indexBuilds_ = 0;
     qint64 directEnd_ = -1; // where the last direct read ended
