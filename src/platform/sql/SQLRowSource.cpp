@@ -161,6 +161,10 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
     // first few far reads (the screen around a record kept through a sort) go without, and
     // otherwise so do reads close to the record found last.
     if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult) {
+        if (orderKnown_ && count() - first <= DirectRows && ++endReads_ <= CheapFarReads) {
+            readFromEnd(first, n, rows);
+            return;
+        }
         if (CheapOffsets() && ++farReads_ <= CheapFarReads) {
             // read directly below
         } else if (HasKeys() && orderKnown_ && nearAnchor(first, n) && ++anchorReads_ <= CheapFarReads) {
@@ -358,6 +362,7 @@ void SQLRowSource::Reset()
     count_ = -1;
     directEnd_ = -1;
     farReads_ = 0;
+    endReads_ = 0;
     anchorReads_ = 0;
     anchorPosition_ = -1;
     anchorKeys_.clear();
@@ -508,6 +513,22 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
         anchorPosition_ = position;
     }
     return position;
+}
+
+// Rows near the end, read as the first ones of the order turned round: the database picks
+// the few it needs from one pass (or an index read backwards) instead of sorting them all.
+void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
+{
+    const qint64 take = qMin<qint64>(n, count_ - first);
+    if (take <= 0)
+        return;
+    SQLRows back;
+    Query(QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2 LIMIT ? OFFSET ?")
+              .arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true)),
+          shape_.params + QList<QVariant>{take, count_ - first - take}, back, take);
+    rows.columns = record_.count();
+    for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
+        rows.values.insert(rows.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
 }
 
 bool SQLRowSource::nearAnchor(qint64 first, int n) const

@@ -168,6 +168,7 @@ private:
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
     bool nearAnchor(qint64 first, int n) const;
     void readNearAnchor(qint64 first, int n, SQLRows &rows);
+    void readFromEnd(qint64 first, int n, SQLRows &rows);
 
     QList<int> keyColumns_;
     QList<OrderItem> order_;
@@ -182,6 +183,7 @@ private:
     qint64 directEnd_ = -1; // where the last direct read ended
     int farReads_ = 0;      // direct reads far from the start
     int anchorReads_ = 0;   // reads from the record found last
+    int endReads_ = 0;      // reads near the end, in the order turned round
     QList<QVariant> anchorKeys_;
     qint64 anchorPosition_ = -1;
     SQLRows ahead_;         // rows read through the key table beyond those asked for

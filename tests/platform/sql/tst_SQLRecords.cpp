@@ -176,6 +176,11 @@ TEST_P(SQLRecordsTest, EveryPositionAgreesWithAWalk)
         EXPECT_EQ(id(), expected[12045]);
         table.MoveBy(500);
         EXPECT_EQ(id(), expected[12545]);
+        // So do the last rows: the first ones of the order turned round.
+        table.Last();
+        EXPECT_EQ(id(), expected.last());
+        table.MoveBy(-300);
+        EXPECT_EQ(id(), expected[Rows - 301]);
         EXPECT_EQ(table.OrderComputations(), 0);
         EXPECT_EQ(walkForwards(), expected);
         EXPECT_EQ(walkBackwards(), expected);
