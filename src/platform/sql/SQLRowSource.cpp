@@ -161,7 +161,7 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
     // first few far reads (the screen around a record kept through a sort) go without, and
     // otherwise so do reads close to the record found last.
     if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult) {
-        if (orderKnown_ && count() - first <= DirectRows && ++endReads_ <= CheapFarReads) {
+        if (orderKnown_ && first >= count() - DirectRows) {
             readFromEnd(first, n, rows);
             return;
         }
@@ -362,7 +362,7 @@ void SQLRowSource::Reset()
     count_ = -1;
     directEnd_ = -1;
     farReads_ = 0;
-    endReads_ = 0;
+    tail_ = SQLRows();
     anchorReads_ = 0;
     anchorPosition_ = -1;
     anchorKeys_.clear();
@@ -519,16 +519,22 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
 // the few it needs from one pass (or an index read backwards) instead of sorting them all.
 void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
 {
-    const qint64 take = qMin<qint64>(n, count_ - first);
-    if (take <= 0)
-        return;
-    SQLRows back;
-    Query(QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2 LIMIT ? OFFSET ?")
-              .arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true)),
-          shape_.params + QList<QVariant>{take, count_ - first - take}, back, take);
+    // The whole last stretch at once, kept: Last and the pages above it cost one pass.
+    const qint64 stretch = qMin(count_, DirectRows);
+    if (tail_.columns == 0) {
+        SQLRows back;
+        Query(QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2 LIMIT ?").arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true)),
+              shape_.params + QList<QVariant>{stretch}, back, stretch);
+        tail_.columns = record_.count();
+        for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
+            tail_.values.insert(tail_.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
+    }
+    const qint64 tailFirst = count_ - qint64(tail_.Count());
+    const qint64 from = qMax(first, tailFirst), to = qMin(first + n, count_);
     rows.columns = record_.count();
-    for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
-        rows.values.insert(rows.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
+    if (from < to)
+        rows.values.insert(rows.values.end(), tail_.values.begin() + (from - tailFirst) * tail_.columns,
+                           tail_.values.begin() + (to - tailFirst) * tail_.columns);
 }
 
 bool SQLRowSource::nearAnchor(qint64 first, int n) const

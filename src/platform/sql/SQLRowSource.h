@@ -183,7 +183,7 @@ private:
     qint64 directEnd_ = -1; // where the last direct read ended
     int farReads_ = 0;      // direct reads far from the start
     int anchorReads_ = 0;   // reads from the record found last
-    int endReads_ = 0;      // reads near the end, in the order turned round
+    SQLRows tail_;          // the last rows, read in the order turned round
     QList<QVariant> anchorKeys_;
     qint64 anchorPosition_ = -1;
     SQLRows ahead_;         // rows read through the key table beyond those asked for
