@@ -24,6 +24,8 @@ QString tr(const char *text)
 // Rows this close to the start are read straight from the ordered result: the first
 // screen after opening or sorting needs no key table.
 constexpr qint64 DirectRows = 1024;
+// The last rows read at once, in the order turned round.
+constexpr qint64 TailRows = 4096;
 // Results this small are always read directly.
 constexpr qint64 SmallResult = 8192;
 // Far reads an index-given order (or the record found last) serves before the order is
@@ -161,7 +163,7 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
     // first few far reads (the screen around a record kept through a sort) go without, and
     // otherwise so do reads close to the record found last.
     if (!Streaming(first) && index_.isEmpty() && first >= DirectRows && count() > SmallResult) {
-        if (orderKnown_ && first >= count() - DirectRows) {
+        if (orderKnown_ && first >= count() - TailRows) {
             readFromEnd(first, n, rows);
             return;
         }
@@ -520,7 +522,7 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
 void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
 {
     // The whole last stretch at once, kept: Last and the pages above it cost one pass.
-    const qint64 stretch = qMin(count_, DirectRows);
+    const qint64 stretch = qMin(count_, TailRows);
     if (tail_.columns == 0) {
         SQLRows back;
         Query(QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2 LIMIT ?").arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true)),
