@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 namespace qdb {
@@ -58,6 +59,8 @@ void TQCustomDBGrid::LinkActive(bool value)
         d_->columns->SetState(csCustomized);
     if (!value) {
         HideEditor();
+        // Back to the first data row: the grid follows the data set going, it does not move it.
+        const QScopedValueRollback<bool> following(d_->settingActive, true);
         SetRow(FixedRows());
     }
     SelectedRows().LinkActive(value);
