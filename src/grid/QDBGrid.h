@@ -515,6 +515,8 @@ private:
     int textHeight(const QFont &font) const;
     void loadImages();
     void moveSequence(int by);
+    // Scrolls the data set's window so that the current record stands at that row of it.
+    void placeActiveRecord(int row);
     bool detailPrefixApplies() const;
     void forEachCell(TDataRowEnum rows, TDataColEnum cols, const TForEachCellProc &proc);
     void selectRange(int how);

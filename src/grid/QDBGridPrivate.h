@@ -49,6 +49,7 @@ struct TQCustomDBGrid::Private
     int cancelling = 0;
     int positionLock = 0;
     TBookmark savedBookmark;
+    int savedActiveRecord = 0; // the saved record's row in the data set's window
     // The bottom band: the blank filler row, then header, values and footer totals rows.
     int blankRows = 1;
     int headerRows = 0;

@@ -289,6 +289,7 @@ void TQCustomDBGrid::DisablePosition()
 {
     if (d_->positionLock++ == 0 && DataLink()->Active() && DataSet()) {
         d_->savedBookmark = DataSet()->GetBookmark();
+        d_->savedActiveRecord = DataSet()->ActiveRecord();
         DataSet()->DisableControls();
     }
 }
@@ -300,9 +301,33 @@ void TQCustomDBGrid::EnablePosition(bool restore)
     TDataSet *ds = DataSet();
     if (!DataLink()->Active() || !ds)
         return;
+    // Back to the record at the row it stood on, before the controls look again: the user
+    // sees the rows they saw.
+    if (restore && !d_->savedBookmark.isEmpty() && ds->BookmarkValid(d_->savedBookmark)) {
+        try {
+            ds->GotoBookmark(d_->savedBookmark);
+            placeActiveRecord(d_->savedActiveRecord);
+        } catch (...) {
+            ds->EnableControls();
+            throw;
+        }
+    }
     ds->EnableControls();
-    if (restore && !d_->savedBookmark.isEmpty() && ds->BookmarkValid(d_->savedBookmark))
-        ds->GotoBookmark(d_->savedBookmark);
+}
+
+void TQCustomDBGrid::placeActiveRecord(int row)
+{
+    // Stepping past the window's edge scrolls it by exactly the overshoot; stepping back
+    // within the window does not scroll.
+    TDataSet *ds = DataSet();
+    const int active = ds->ActiveRecord();
+    int moved = 0;
+    if (active > row)
+        moved = ds->MoveBy(ds->BufferCount() - 1 - row);
+    else if (active < row)
+        moved = ds->MoveBy(-row);
+    if (moved != 0)
+        ds->MoveBy(-moved);
 }
 
 void TQCustomDBGrid::UpdateScrollBar()

@@ -30,8 +30,41 @@ int TQBookmarkList::Compare(const TBookmark &a, const TBookmark &b) const
     return ds ? ds->CompareBookmarks(a, b) : (a < b ? -1 : b < a ? 1 : 0);
 }
 
+void TQBookmarkList::noteOrder() const
+{
+    const TDataSet *ds = grid_->DataSet();
+    orderOf_ = ds;
+    orderVersion_ = ds ? ds->OrderVersion() : 0;
+}
+
+void TQBookmarkList::syncOrder() const
+{
+    const TDataSet *ds = grid_->DataSet();
+    if (items_.isEmpty() || !ds || (ds == orderOf_ && ds->OrderVersion() == orderVersion_))
+        return;
+    sortItems();
+}
+
+void TQBookmarkList::sortItems() const
+{
+    // The version is taken first: the comparisons may read rows, never reorder them.
+    noteOrder();
+    forget();
+    auto less = [this](const TBookmark &a, const TBookmark &b) { return Compare(a, b) < 0; };
+    // A merge sort stays within bounds even if a data set's comparison were inconsistent.
+    if (!std::is_sorted(items_.cbegin(), items_.cend(), less))
+        std::stable_sort(items_.begin(), items_.end(), less);
+    // Two bookmarks of one record (taken before and after a new reading of a SQL result)
+    // are one selected row.
+    TDataSet *ds = grid_->DataSet();
+    for (int i = int(items_.size()) - 1; i > 0; --i)
+        if (Compare(items_[i - 1], items_[i]) == 0 && ds->BookmarkValid(items_[i]))
+            items_.removeAt(i);
+}
+
 bool TQBookmarkList::Find(const TBookmark &bookmark, int &index) const
 {
+    syncOrder();
     if (cacheIndex_ >= 0 && cacheIndex_ <= Count() && bookmark == cacheBookmark_) {
         index = cacheIndex_;
         return cacheFound_;
@@ -101,6 +134,8 @@ void TQBookmarkList::SetCurrentRowSelected(bool selected)
 
 void TQBookmarkList::InsertItem(int index, const TBookmark &bookmark)
 {
+    if (items_.isEmpty())
+        noteOrder();
     items_.insert(index, bookmark);
     forget();
 }
@@ -113,16 +148,15 @@ void TQBookmarkList::DeleteItem(int index)
 
 void TQBookmarkList::AppendItem(const TBookmark &bookmark)
 {
+    if (items_.isEmpty())
+        noteOrder();
     items_.append(bookmark);
     forget();
 }
 
 void TQBookmarkList::Resort()
 {
-    auto less = [this](const TBookmark &a, const TBookmark &b) { return Compare(a, b) < 0; };
-    if (!std::is_sorted(items_.cbegin(), items_.cend(), less))
-        std::sort(items_.begin(), items_.end(), less);
-    forget();
+    sortItems();
 }
 
 void TQBookmarkList::Clear()

@@ -18,14 +18,23 @@ class TQCustomDBGrid;
 
 // The selected rows, kept sorted by the data set's own bookmark comparison so that a row
 // is found by binary search; the last search is remembered, as painting asks about the
-// same rows again and again.
+// same rows again and again. When the data set's records change their order (a new index,
+// a refresh, an edit that moves a record), the list is sorted again before it is next read.
 class TQBookmarkList
 {
 public:
     explicit TQBookmarkList(TQCustomDBGrid *grid) : grid_(grid) {}
 
-    int Count() const { return int(items_.size()); }
-    const TBookmark &Items(int index) const { return items_.at(index); }
+    int Count() const
+    {
+        syncOrder();
+        return int(items_.size());
+    }
+    const TBookmark &Items(int index) const
+    {
+        syncOrder();
+        return items_.at(index);
+    }
     int IndexOf(const TBookmark &bookmark) const;
     // Whether the bookmark is selected; `index` is its place, or where it would go.
     bool Find(const TBookmark &bookmark, int &index) const;
@@ -79,9 +88,15 @@ private:
     TDataSet *dataSet() const;
     QString keyFieldsFor(const QString &keyFields) const;
     void forget() const { cacheIndex_ = -1; }
+    // Sorts the list again when the data set's order moved on since it was last sorted.
+    void syncOrder() const;
+    void sortItems() const;
+    void noteOrder() const;
 
     TQCustomDBGrid *grid_;
-    QList<TBookmark> items_;
+    mutable QList<TBookmark> items_;
+    mutable quint64 orderVersion_ = 0;
+    mutable const TDataSet *orderOf_ = nullptr;
     QList<Variant> saved_;
     mutable TBookmark cacheBookmark_;
     mutable int cacheIndex_ = -1;

@@ -1173,6 +1173,7 @@ void TDataSet::SetOnFilterRecord(const TFilterRecordEvent &handler)
 void TDataSet::FilterChanged()
 {
     CheckBrowseMode();
+    OrderChanged(); // records left and came back: their places changed
     First();
 }
 

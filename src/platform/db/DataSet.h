@@ -150,6 +150,10 @@ public:
     // -1, 0 or 1; an empty bookmark sorts first.
     virtual int CompareBookmarks(const TBookmark &a, const TBookmark &b) const;
     bool BookmarkAvailable() const;
+    // Grows whenever records may have changed their order relative to each other (a new
+    // index or sort, a refresh, an edit that moves a record): whoever keeps bookmarks
+    // sorted by CompareBookmarks sorts them again when it sees a new value.
+    quint64 OrderVersion() const { return orderVersion_; }
 
     // ---- controls ----
     void DisableControls();
@@ -303,6 +307,8 @@ protected:
         TRecordBuffer *buffer_;
     };
     void SetModified(bool on) { modified_ = on; }
+    // Descendants call it when the relative order of their records changed.
+    void OrderChanged() { ++orderVersion_; }
     void CheckActive() const;
     void CheckInactive() const;
     void CheckCanModify() const;
@@ -365,6 +371,7 @@ private:
     bool defaultFields_ = false;
     bool autoCalcFields_ = true;
     bool fieldsBound_ = false;
+    quint64 orderVersion_ = 0;
 
     std::vector<std::unique_ptr<TRecordBuffer>> buffers_; // bufferCount_ + 1, the last one spare
     int bufferCount_ = 0;

@@ -207,6 +207,7 @@ void TMemTable::rebuildOrder()
         std::stable_sort(order_.begin(), order_.end(), [&](qint64 a, qint64 b) { return rowLess(a, b, keys); });
     }
     rebuildView();
+    OrderChanged();
 }
 
 bool TMemTable::rowPassesFilter(qint64 row)
@@ -456,6 +457,7 @@ void TMemTable::InternalPost()
     if (keyChanged) {
         unplaceRow(row);
         placeRow(row, -1, false);
+        OrderChanged();
     } else if (IsFiltering() && oldPos >= 0 && !rowPassesFilter(row)) {
         view_.erase(view_.begin() + oldPos);
         positionsValid_ = false;
@@ -491,6 +493,7 @@ void TMemTable::FilterChanged()
 {
     CheckBrowseMode();
     rebuildView();
+    OrderChanged();
     First();
 }
 
@@ -539,8 +542,12 @@ int TMemTable::CompareBookmarks(const TBookmark &a, const TBookmark &b) const
         return TDataSet::CompareBookmarks(a, b);
     const int pa = positionOf(RowFromBookmark(a));
     const int pb = positionOf(RowFromBookmark(b));
-    if (pa < 0 || pb < 0)
+    // Records outside the view (deleted, filtered out) come first, among themselves by
+    // record, so that the comparison stays a total order for anyone sorting by it.
+    if (pa < 0 && pb < 0)
         return TDataSet::CompareBookmarks(a, b);
+    if (pa < 0 || pb < 0)
+        return pa < 0 ? -1 : 1;
     return pa < pb ? -1 : (pa > pb ? 1 : 0);
 }
 

@@ -119,6 +119,7 @@ void TCustomSQLDataSet::openSource()
     dropCache();
     ++generation_;
     positions_.clear();
+    OrderChanged();
 }
 
 QStringList TCustomSQLDataSet::keyNames() const
@@ -535,6 +536,7 @@ void TCustomSQLDataSet::reread(const QList<QVariant> &keep)
     dropCache();
     ++generation_;
     positions_.clear();
+    OrderChanged();
     if (!keep.isEmpty()) {
         const qint64 at = source_->PositionOf(keep);
         if (at >= 0)
@@ -550,6 +552,9 @@ void TCustomSQLDataSet::rowsWritten(qint64 position, const QList<QVariant> &writ
     const qint64 at = source_->Written(position, written);
     if (at >= 0)
         pos_ = at;
+    // An edit may move its record; an insert or a delete leaves the others in their order.
+    if (position >= 0 && !written.isEmpty())
+        OrderChanged();
 }
 
 void TCustomSQLDataSet::releaseLater() const
@@ -580,6 +585,24 @@ bool TCustomSQLDataSet::GetCanModify() const
 void TCustomSQLDataSet::InternalRefresh()
 {
     reread(pos_ >= 0 ? keyValuesAt(pos_) : QList<QVariant>());
+}
+
+void TCustomSQLDataSet::Reorder()
+{
+    CheckBrowseMode();
+    const QList<QVariant> keep = BookmarkAvailable() ? keyValuesAt(ActiveBuffer().row) : QList<QVariant>();
+    openSource();
+    pos_ = -1;
+    if (!keep.isEmpty()) {
+        const qint64 at = source_->PositionOf(keep);
+        if (at >= 0)
+            pos_ = at;
+    }
+    if (pos_ >= 0) {
+        Resync({});
+        return;
+    }
+    First();
 }
 
 void TCustomSQLDataSet::FilterChanged()

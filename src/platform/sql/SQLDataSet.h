@@ -99,6 +99,9 @@ protected:
     void FilterChanged() override;
 
     QString Quote(const QString &name) const;
+    // Reads the result again after SelectSQL changed only its order: the fields, and so the
+    // controls' columns, stay; the current record stays current, at its row in the window.
+    void Reorder();
 
 private:
     struct Page

@@ -330,11 +330,10 @@ void TSQLTable::SetIndexFieldNames(const QString &names)
     if (!Active())
         return;
     try {
-        Close();
-        Open();
+        Reorder();
     } catch (...) {
         indexFieldNames_ = old;
-        Open();
+        Reorder();
         throw;
     }
 }
