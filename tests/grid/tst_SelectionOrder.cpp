@@ -245,5 +245,40 @@ TEST_P(SelectionOrder, SavingRestoringAndSelectingAllLeaveTheViewWhereItWas)
     EXPECT_EQ(grid.SelectedRows().Count(), Rows);
 }
 
+TEST_P(SelectionOrder, AClosedOrEmptiedDataSetPutsTheRowBackAndInputChangesNothing)
+{
+    select({4, 9});
+    const auto everyInput = [&] {
+        for (Qt::Key k : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_End, Qt::Key_Insert, Qt::Key_Delete,
+                          Qt::Key_F2, Qt::Key_Space, Qt::Key_Escape})
+            QTest::keyClick(&grid, k);
+        QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&grid, Qt::Key_Down, Qt::ShiftModifier);
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(grid.DataToRawColumn(1), 3).center());
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, grid.CellRect(0, 2).center());
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(grid.DataToRawColumn(1), 0).center());
+    };
+    ds->First();
+    ds->MoveBy(5);
+    ASSERT_EQ(grid.Row(), grid.FixedRows() + 5);
+    ds->Close();
+    EXPECT_EQ(grid.Row(), grid.FixedRows());
+    EXPECT_NO_THROW(everyInput());
+    EXPECT_FALSE(ds->Active());
+    EXPECT_EQ(grid.SelectedRows().Count(), 0);
+
+    ds->Open();
+    ds->MoveBy(5);
+    ds->SetFilter(QStringLiteral("qty > 1000")); // nothing passes
+    ds->SetFiltered(true);
+    EXPECT_TRUE(ds->IsEmpty());
+    EXPECT_EQ(grid.Row(), grid.FixedRows());
+    EXPECT_NO_THROW(everyInput());
+    EXPECT_EQ(ds->State(), dsBrowse);
+    EXPECT_EQ(ds->RecordCount(), 0);
+    EXPECT_EQ(grid.Row(), grid.FixedRows());
+    EXPECT_EQ(grid.SelectedRows().Count(), 0);
+}
+
 INSTANTIATE_TEST_SUITE_P(DataSets, SelectionOrder, testing::Values(Kind::Memory, Kind::SQLite, Kind::PostgreSQL),
                          KindName);
