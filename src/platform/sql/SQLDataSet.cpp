@@ -119,6 +119,7 @@ void TCustomSQLDataSet::openSource()
     dropCache();
     ++generation_;
     positions_.clear();
+    shifts_.clear();
     OrderChanged();
 }
 
@@ -191,6 +192,7 @@ void TCustomSQLDataSet::InternalClose()
     source_.reset();
     keyOfRow_.clear();
     positions_.clear();
+    shifts_.clear();
     dropCache();
     columnOfField_.clear();
 }
@@ -414,13 +416,39 @@ qint64 TCustomSQLDataSet::positionOf(const TBookmark &bookmark) const
         return -1;
     if (b.generation == generation_ && (b.keys.isEmpty() || keyValuesAt(b.position) == b.keys))
         return b.position;
-    if (b.keys.isEmpty() || !source_->HasKeys())
-        return -1; // without a key a record cannot be told again once the rows were read anew
     const auto known = positions_.constFind(bookmark);
     if (known != positions_.cend())
         return *known;
-    const qint64 position = source_->PositionOf(b.keys);
+    // After the data set's own writes the place follows by arithmetic; a selection sorted
+    // again after an edit asks this for every bookmark it holds.
+    qint64 position = translated(b.generation, b.position);
+    if (position == -2) {
+        if (b.keys.isEmpty() || !source_->HasKeys())
+            return -1; // without a key a record cannot be told again once the rows were read anew
+        position = source_->PositionOf(b.keys);
+    }
     positions_.insert(bookmark, position);
+    return position;
+}
+
+qint64 TCustomSQLDataSet::translated(quint64 generation, qint64 position) const
+{
+    auto shift = std::find_if(shifts_.cbegin(), shifts_.cend(),
+                              [generation](const Shift &s) { return s.generation == generation + 1; });
+    if (shift == shifts_.cend() || generation_ - generation != quint64(shifts_.cend() - shift))
+        return -2;
+    for (; shift != shifts_.cend(); ++shift) {
+        if (position == shift->from) {
+            position = shift->to;
+            if (position < 0)
+                return -1;
+            continue;
+        }
+        if (shift->from >= 0 && position > shift->from)
+            --position;
+        if (shift->to >= 0 && position >= shift->to)
+            ++position;
+    }
     return position;
 }
 
@@ -536,6 +564,7 @@ void TCustomSQLDataSet::reread(const QList<QVariant> &keep)
     dropCache();
     ++generation_;
     positions_.clear();
+    shifts_.clear();
     OrderChanged();
     if (!keep.isEmpty()) {
         const qint64 at = source_->PositionOf(keep);
@@ -552,6 +581,9 @@ void TCustomSQLDataSet::rowsWritten(qint64 position, const QList<QVariant> &writ
     const qint64 at = source_->Written(position, written);
     if (at >= 0)
         pos_ = at;
+    shifts_.push_back({generation_, position, written.isEmpty() ? -1 : at});
+    if (shifts_.size() > MaxShifts)
+        shifts_.pop_front();
     // An edit may move its record; an insert or a delete leaves the others in their order.
     if (position >= 0 && !written.isEmpty())
         OrderChanged();

@@ -8,6 +8,7 @@
 #include <QHash>
 #include <QPointer>
 
+#include <deque>
 #include <map>
 #include <memory>
 
@@ -136,6 +137,20 @@ private:
     std::vector<Variant> readBack(const QList<TField *> &keys, const QList<Variant> &values);
     bool clientFilterAccepts(TRecordBuffer &buffer);
 
+    // Where a position of an earlier reading is now, from the writes made since; -1 when
+    // the record was deleted, -2 when those writes are not all known.
+    qint64 translated(quint64 generation, qint64 position) const;
+
+    // One of the data set's own writes: the record at `from` (-1: inserted) went to `to`
+    // (-1: deleted), making reading `generation`.
+    struct Shift
+    {
+        quint64 generation;
+        qint64 from;
+        qint64 to;
+    };
+    static constexpr size_t MaxShifts = 256;
+
     QPointer<TSQLConnection> connection_;
     QString keyFields_;
     bool readOnly_ = false;
@@ -144,6 +159,7 @@ private:
     QList<TField *> keyOfRow_; // the fields of the result's key columns
     quint64 generation_ = 0;   // which reading of the result positions belong to
     mutable QHash<TBookmark, qint64> positions_; // bookmarks of older readings, found again
+    std::deque<Shift> shifts_;                   // the latest writes, oldest first
     mutable bool releasePosted_ = false;
     mutable std::map<qint64, Page> pages_;
     mutable const Page *lastPage_ = nullptr; // the page read last, asked for again and again

@@ -268,6 +268,65 @@ TEST_P(SQLRecordsTest, APostedRecordIsFoundWhereItNowSorts)
     EXPECT_EQ(table.FieldByName(QStringLiteral("name"))->AsString(), QStringLiteral("renamed"));
 }
 
+TEST_P(SQLRecordsTest, BookmarksOfEarlierReadingsFollowTheDataSetsOwnWrites)
+{
+    table.SetIndexFieldNames(QStringLiteral("grp"));
+    table.Open();
+    table.SetRecNo(Rows / 2); // far from the start: the order is computed
+    QList<int> ids = allIds();
+    QHash<int, int> changed;
+    QHash<int, TBookmark> marks;
+    for (int key : {3, 97, 194, 500, 777, 1300, 5000, 9999, 13000, 19999}) {
+        ASSERT_TRUE(table.Locate(QStringLiteral("id"), key, {}));
+        marks.insert(key, table.GetBookmark());
+    }
+    auto expectMarks = [&](const char *after) {
+        SCOPED_TRACE(after);
+        const QList<int> order = expectedOrder(false, ids, changed);
+        for (auto a = marks.cbegin(); a != marks.cend(); ++a) {
+            const bool there = ids.contains(a.key());
+            ASSERT_EQ(table.BookmarkValid(a.value()), there) << a.key();
+            for (auto b = marks.cbegin(); there && b != marks.cend(); ++b)
+                if (ids.contains(b.key())) {
+                    const auto pa = order.indexOf(a.key()), pb = order.indexOf(b.key());
+                    EXPECT_EQ(table.CompareBookmarks(a.value(), b.value()), pa < pb ? -1 : pa > pb ? 1 : 0)
+                        << a.key() << " against " << b.key();
+                }
+            if (there) {
+                table.GotoBookmark(a.value());
+                EXPECT_EQ(id(), a.key());
+                EXPECT_EQ(table.RecNo(), order.indexOf(a.key()) + 1);
+            }
+        }
+    };
+    auto setGrp = [&](int key, int grp) {
+        ASSERT_TRUE(table.Locate(QStringLiteral("id"), key, {}));
+        table.Edit();
+        table.FieldByName(QStringLiteral("grp"))->SetAsInteger(grp);
+        table.Post();
+        changed[key] = grp;
+    };
+    setGrp(500, 0); // a marked record to the front
+    setGrp(13000, 96); // and one to the back
+    setGrp(42, 50); // an unmarked one across several marked ones
+    expectMarks("edits");
+    table.Append();
+    table.FieldByName(QStringLiteral("id"))->SetAsInteger(Rows + 1);
+    table.FieldByName(QStringLiteral("grp"))->SetAsInteger(1);
+    table.Post();
+    ids << Rows + 1;
+    changed[Rows + 1] = 1;
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 777, {}));
+    table.Delete();
+    ids.removeOne(777);
+    ASSERT_TRUE(table.Locate(QStringLiteral("id"), 778, {}));
+    table.Delete();
+    ids.removeOne(778);
+    expectMarks("an insert and deletes");
+    table.Refresh(); // read anew: found by key
+    expectMarks("a refresh");
+}
+
 TEST_P(SQLRecordsTest, OpenDataSetsHoldNothingOnTheServer)
 {
     if (!pg())
