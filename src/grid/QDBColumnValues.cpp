@@ -4,6 +4,7 @@
 #include "QDBColumns.h"
 #include "QDBGrid.h"
 
+#include "platform/rtl/Exceptions.h"
 #include "platform/rtl/Format.h"
 
 #include <QFontMetrics>
@@ -35,6 +36,18 @@ void TQColumn::SetEditText(const QString &text)
     TField *f = GetField();
     if (f && !autoNumber_)
         f->SetText(text);
+}
+
+QString TQColumn::FormatText(const QString &text) const
+{
+    if (pickTextFormat_.isEmpty())
+        return text;
+    // A format the value does not fit shows the value as it is rather than failing a paint.
+    try {
+        return Format(pickTextFormat_, {text});
+    } catch (const Exception &) {
+        return text;
+    }
 }
 
 void TQColumn::ToggleCheckBoxValue()

@@ -617,7 +617,16 @@ bool TQColumn::Showing() const
 
 // ---- TQDBGridColumns ----
 
-TQDBGridColumns::TQDBGridColumns(TQCustomDBGrid *grid) : TCollectionOf<TQColumn>(grid), grid_(grid) {}
+TQDBGridColumns::TQDBGridColumns(TQCustomDBGrid *grid)
+    : TCollectionOf<TQColumn>(
+          [grid](TCollection *c) -> TCollectionItem * {
+              auto *columns = static_cast<TQDBGridColumns *>(c);
+              return grid ? grid->CreateColumns(columns) : new TQColumn(columns);
+          },
+          grid),
+      grid_(grid)
+{
+}
 
 TDBGridColumnsState TQDBGridColumns::State() const
 {

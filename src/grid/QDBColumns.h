@@ -566,6 +566,9 @@ public:
     // The texts of the current record as the grid shows and edits them; a row number for
     // the automatic number column.
     QString GetDisplayText() const;
+    // A value as the column's lists show it: through PickTextFormat ("%s" stands for the
+    // value) when one is set.
+    QString FormatText(const QString &text) const;
     QString GetEditText() const;
     void SetEditText(const QString &text);
     // Visible, not itself expanded, and every ancestor expanded.

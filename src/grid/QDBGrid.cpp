@@ -35,6 +35,11 @@ TQGridDataLink *TQCustomDBGrid::CreateDataLink()
     return new TQGridDataLink(this);
 }
 
+TQColumn *TQCustomDBGrid::CreateColumns(TQDBGridColumns *columns)
+{
+    return new TQColumn(columns);
+}
+
 TDataSource *TQCustomDBGrid::GetDataSource() const { return d_->link->DataSource(); }
 TQGridDataLink *TQCustomDBGrid::DataLink() const { return d_->link.get(); }
 TDataSet *TQCustomDBGrid::DataSet() const { return d_->link->DataSet(); }

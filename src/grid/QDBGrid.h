@@ -28,15 +28,23 @@ class TQGridStyle : public QObject
     Q_PROPERTY(int TitleRowSpace MEMBER TitleRowSpace)
     Q_PROPERTY(int TotalColMargin MEMBER TotalColMargin)
     Q_PROPERTY(int TotalRowSpace MEMBER TotalRowSpace)
+    Q_PROPERTY(qdb::QDBGridTypes::TVisualStyle VisualStyle READ GetVisualStyle WRITE SetVisualStyle)
+    Q_CLASSINFO("default:VisualStyle", "vsDefault")
 
 public:
     using QObject::QObject;
+    TVisualStyle GetVisualStyle() const { return visualStyle_; }
+    // Repaints the grid that owns the style.
+    void SetVisualStyle(TVisualStyle style);
     int DataRowSpace = 4;
     int HeaderRowSpace = 4;
     int TitleColMargin = 2;
     int TitleRowSpace = 4;
     int TotalColMargin = 2;
     int TotalRowSpace = 4;
+
+private:
+    TVisualStyle visualStyle_ = vsDefault;
 };
 
 // The grid's link to its data set: every data event becomes a grid operation.
@@ -470,6 +478,10 @@ public:
 protected:
     // The link a grid uses; descendants may make their own.
     virtual TQGridDataLink *CreateDataLink();
+    // Makes a column of the grid's column class for its collection: a descendant grid
+    // returns its own TQColumn descendant here, and every column the grid builds, loads or
+    // adds is of that class.
+    virtual TQColumn *CreateColumns(TQDBGridColumns *columns);
     virtual void InternalLayout();
 
     void DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state) override;
@@ -514,6 +526,8 @@ private:
     void clampFixedCols();
     int textHeight(const QFont &font) const;
     void loadImages();
+    // The face of a title or indicator title cell, in the style's VisualStyle.
+    void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
     // Scrolls the data set's window so that the current record stands at that row of it.
     void placeActiveRecord(int row);
@@ -530,6 +544,7 @@ private:
     struct Private;
     std::unique_ptr<Private> d_;
     friend struct Private;
+    friend class TQDBGridColumns; // makes its columns through CreateColumns
 };
 
 // Runs f inside the grid's order-update bracket: the order is looked at once, at its end,

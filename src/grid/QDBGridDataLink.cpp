@@ -97,7 +97,7 @@ void TQGridDataLink::AddMapping(const QString &fieldName)
 {
     constexpr int maxColumns = 0x0FFFFFFF;
     if (map_.size() >= maxColumns)
-        throw EInvalidGridOperation(DBConsts::tr("Grid requested to display more than 256 columns"));
+        throw EInvalidGridOperation(DBConsts::STooManyColumns());
     TDataSet *ds = DataSet();
     TField *field = nullptr;
     if (ds)

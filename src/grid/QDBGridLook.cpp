@@ -36,6 +36,15 @@ TColor TQCustomDBGrid::GetSelectionColor() const { return d_->selectionColor; }
 TColor TQCustomDBGrid::GetSelectCellColor() const { return d_->selectCellColor; }
 TColor TQCustomDBGrid::GetSelectRowColor() const { return d_->selectRowColor; }
 TGridDrawingOptions TQCustomDBGrid::GetDrawingOptions() const { return d_->drawingOptions; }
+void TQGridStyle::SetVisualStyle(TVisualStyle style)
+{
+    if (visualStyle_ == style)
+        return;
+    visualStyle_ = style;
+    if (auto *grid = qobject_cast<TQCustomDBGrid *>(parent()))
+        grid->InvalidateGrid();
+}
+
 TFixedStyle TQCustomDBGrid::GetFixedStyle() const { return d_->fixedStyle; }
 TFocusRect TQCustomDBGrid::GetFocusRect() const { return d_->focusRect; }
 TMarkerStyle TQCustomDBGrid::GetMarkerStyle() const { return d_->markerStyle; }

@@ -6,6 +6,7 @@
 #include "QDBGridPrivate.h"
 
 #include <QStyle>
+#include <qdrawutil.h>
 #include <QStyleOption>
 
 namespace qdb {
@@ -105,6 +106,28 @@ void TQCustomDBGrid::DrawLines(QPainter &painter, const QRect &exposed)
     drawTitles(painter, exposed);
 }
 
+void TQCustomDBGrid::drawFixedFace(QPainter &painter, const QRect &r, const QColor &face)
+{
+    switch (d_->style->GetVisualStyle()) {
+    case vsDefault: painter.fillRect(r, face); break;
+    case vsThemed: {
+        QStyleOptionHeader option;
+        option.initFrom(this);
+        option.rect = r;
+        option.palette.setColor(QPalette::Button, face);
+        option.palette.setColor(QPalette::Window, face);
+        option.state |= QStyle::State_Raised;
+        style()->drawControl(QStyle::CE_HeaderSection, &option, &painter, this);
+        break;
+    }
+    case vsClassic: {
+        const QBrush fill(face);
+        qDrawShadePanel(&painter, r, palette(), false, 1, &fill);
+        break;
+    }
+    }
+}
+
 void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
 {
     const int rows = TitleOffset();
@@ -120,7 +143,7 @@ void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
 
     // A piece of the title band: its face, then the lines on its right and bottom.
     auto frame = [&](const QRect &r, const QColor &face) {
-        painter.fillRect(r, face);
+        drawFixedFace(painter, r, face);
         if (vLine)
             painter.fillRect(QRect(r.right() + 1, r.top(), vLine, r.height() + lw), fixedLine);
         if (hLine)

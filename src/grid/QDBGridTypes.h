@@ -113,6 +113,10 @@ enum TGridDrawingOption {
     gdoTotalSelected, gdoStripedRows, gdoEditorColor
 };
 Q_ENUM_NS(TGridDrawingOption)
+// How title and indicator cells are drawn: the grid's own flat faces, the platform style's
+// header sections, or raised three-dimensional edges.
+enum TVisualStyle { vsDefault, vsThemed, vsClassic };
+Q_ENUM_NS(TVisualStyle)
 enum TFixedStyle { fsDefault, fsSoft, fsNice, fsFlat, fsGreat, fsGray, fsFine, fsMild };
 Q_ENUM_NS(TFixedStyle)
 enum TFocusRect { frAuto, frDefault, frGray, frMild, frNone };

@@ -58,3 +58,13 @@ TEST(Columns, OnlyValuesThatDifferFromTheirDefaultsAreWritten)
     });
     EXPECT_EQ(read.GetPopupMenu(), &menu);
 }
+
+TEST(Columns, PickTextFormatShapesAListValue)
+{
+    TQColumn column;
+    EXPECT_EQ(column.FormatText(QStringLiteral("5")), QStringLiteral("5"));
+    column.SetPickTextFormat(QStringLiteral("%s kg"));
+    EXPECT_EQ(column.FormatText(QStringLiteral("5")), QStringLiteral("5 kg"));
+    column.SetPickTextFormat(QStringLiteral("%d pieces")); // a text is no number: shown as it is
+    EXPECT_EQ(column.FormatText(QStringLiteral("five")), QStringLiteral("five"));
+}

@@ -9,6 +9,7 @@
 #include "platform/rtl/Streaming.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QFontMetrics>
 #include <QJsonObject>
 #include <QLineEdit>
@@ -39,6 +40,23 @@ protected:
         drawn.insert({col, row});
         TQDBGrid::DrawCell(painter, col, row, rect, state);
     }
+};
+
+// A column class of an application's own, made by its own grid class.
+class NotedColumn : public TQColumn
+{
+public:
+    using TQColumn::TQColumn;
+    QString note = QStringLiteral("mine");
+};
+
+class NotingGrid : public TQDBGrid
+{
+public:
+    using TQDBGrid::TQDBGrid;
+
+protected:
+    TQColumn *CreateColumns(TQDBGridColumns *columns) override { return new NotedColumn(columns); }
 };
 
 class ForwardOnlyTable : public TMemTable
@@ -479,6 +497,31 @@ TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
     }
     EXPECT_THROW(columns->LoadFromFile(dir.filePath(QStringLiteral("missing.json"))), EFOpenError);
     unchanged();
+}
+
+TEST_F(DBGrid, AGridClassMakesEveryColumnOfItsOwnColumnClass)
+{
+    NotingGrid own;
+    own.SetDataSource(&source);
+    TQDBGridColumns *columns = own.GetColumns();
+    auto allNoted = [&](const char *after) {
+        SCOPED_TRACE(after);
+        ASSERT_GT(columns->Count(), 0);
+        for (TQColumn *c : *columns)
+            EXPECT_NE(dynamic_cast<NotedColumn *>(c), nullptr) << c->GetFieldName().toStdString();
+    };
+    allNoted("default columns");
+    columns->SetState(csCustomized);
+    allNoted("columns built from the fields");
+    columns->Add()->SetFieldName(QStringLiteral("Qty"));
+    allNoted("a column added");
+    QBuffer stream;
+    stream.open(QIODevice::ReadWrite);
+    columns->SaveToStream(stream);
+    stream.seek(0);
+    columns->LoadFromStream(stream);
+    allNoted("columns read from a stream");
+    own.SetDataSource(nullptr);
 }
 
 TEST_F(DBGrid, LayoutLinesOfTheColumns)

@@ -278,3 +278,24 @@ TEST_F(DBGridPaint, TextKeepsToItsSideAndLineAndMirrorsRightToLeft)
     ASSERT_GE(lowest, 0);
     EXPECT_LT(lowest, tall.center().y());
 }
+
+TEST_F(DBGridPaint, TheVisualStyleDrawsTheTitleFaces)
+{
+    const QRect title = grid.CellRect(grid.DataToRawColumn(1), 0);
+    const QPoint corner = title.topLeft() + QPoint(0, 0);
+    const QPoint middle(title.center().x(), title.top() + 2);
+    QImage shot = Shot(grid);
+    const QColor face = shot.pixelColor(middle);
+    EXPECT_EQ(shot.pixelColor(corner), face); // flat
+
+    grid.GetGridStyle()->SetVisualStyle(vsClassic);
+    shot = Shot(grid);
+    EXPECT_EQ(shot.pixelColor(corner).rgb(), grid.palette().color(QPalette::Light).rgb()); // a raised edge
+    EXPECT_EQ(shot.pixelColor(middle.x(), title.bottom()).rgb(), grid.palette().color(QPalette::Dark).rgb());
+
+    grid.GetGridStyle()->SetVisualStyle(vsThemed);
+    const QImage themed = Shot(grid).copy(title);
+    grid.GetGridStyle()->SetVisualStyle(vsDefault);
+    EXPECT_NE(themed, Shot(grid).copy(title)); // the platform style's own header section
+    EXPECT_EQ(Shot(grid).pixelColor(corner), face);
+}

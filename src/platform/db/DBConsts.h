@@ -19,6 +19,7 @@ inline QString SDataSetEmpty() { return tr("Cannot perform this operation on an 
 inline QString SDataSetReadOnly() { return tr("Cannot modify a read-only dataset"); }
 inline QString SDataSetUnidirectional() { return tr("Operation not allowed on a unidirectional dataset"); }
 inline QString SRecordNotFound() { return tr("Record not found"); }
+inline QString STooManyColumns() { return tr("Grid requested to display more than 256 columns"); }
 inline QString SInvalidBookmark() { return tr("Invalid bookmark"); }
 inline QString SInvalidIntegerValue() { return tr("'%1' is not a valid integer value for field '%2'"); }
 inline QString SInvalidFloatValue() { return tr("'%1' is not a valid floating point value for field '%2'"); }
