@@ -95,7 +95,7 @@ void TQColumnTitle::toggle(bool reset)
             && position == 0)
             return; // the only sort column clicked off
     }
-    if (!column_->GetField())
+    if (!column_->GetField() || !column_->Sortable())
         return;
     const int position = OrderIndex();
     const int count = int(columns->MarkerList().size());

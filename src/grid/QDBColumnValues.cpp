@@ -38,6 +38,12 @@ void TQColumn::SetEditText(const QString &text)
         f->SetText(text);
 }
 
+bool TQColumn::Sortable() const
+{
+    const TField *f = GetField();
+    return !f || f->FieldKind() == fkData;
+}
+
 QString TQColumn::FormatText(const QString &text) const
 {
     if (pickTextFormat_.isEmpty())

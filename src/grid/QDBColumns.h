@@ -565,6 +565,9 @@ public:
 
     // The texts of the current record as the grid shows and edits them; a row number for
     // the automatic number column.
+    // Whether the data set can be ordered by the column's field: not by a calculated or
+    // lookup field. True while no field is bound, as that cannot be told yet.
+    bool Sortable() const;
     QString GetDisplayText() const;
     // A value as the column's lists show it: through PickTextFormat ("%s" stands for the
     // value) when one is set.

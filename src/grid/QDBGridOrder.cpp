@@ -65,7 +65,8 @@ void TQCustomDBGrid::SetOrderFields(const QString &value)
                 const QString name = (cut < 0 ? item : item.left(cut)).trimmed();
                 TQColumn *column = d_->columns->FindColumn(name);
                 const int count = int(d_->columns->MarkerList().size());
-                if (column && column->GetTitle()->OrderIndex() < 0 && count < TQDBGridColumns::MaxMarkers)
+                if (column && column->Sortable() && column->GetTitle()->OrderIndex() < 0
+                    && count < TQDBGridColumns::MaxMarkers)
                     column->GetTitle()->SetMarkerIndex(2 * count + 2 + (descending ? 1 : 0));
                 if (d_->options.Contains(dgMarkerAutoSwitch))
                     break; // one sorted column at a time
@@ -98,7 +99,15 @@ void TQCustomDBGrid::EndOrderUpdate()
         DataSet()->CheckBrowseMode();
     for (int r = 0; r < TitleOffset(); ++r)
         InvalidateRow(r);
-    OrderChanged();
+    const QString before = d_->orderBefore;
+    try {
+        OrderChanged();
+    } catch (...) {
+        // The data set kept the order it had: so do the titles, or the next click would
+        // toggle an order that was never applied.
+        SetupOrderFields(before);
+        throw;
+    }
 }
 
 void TQCustomDBGrid::SetupOrderFields(const QString &order)

@@ -72,7 +72,8 @@ void TQCustomDBGrid::FixedCellClick(int col, int row, Qt::KeyboardModifiers modi
         return;
     if (!GetColsSelection()) {
         // A click on a sortable title sorts by it; with Ctrl it adds or cycles a level.
-        if (d_->options.Contains(dgTitleClick) && column->GetTitle()->GetAutoToggle() && column->GetField())
+        if (d_->options.Contains(dgTitleClick) && column->GetTitle()->GetAutoToggle() && column->GetField()
+            && column->Sortable())
             showingErrors([&] { column->GetTitle()->ToggleMarker(!modifiers.testFlag(Qt::ControlModifier)); });
         return;
     }

@@ -3,11 +3,13 @@
 // keeping the current record and the selection.
 
 #include "grid/QDBGrid.h"
+#include "grid/QDBGridsOrderRegistry.h"
 
 #include "DbTestSupport.h"
 #include "SQLTestSupport.h"
 #include "TestSupport.h"
 
+#include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
 #include "platform/rtl/Streaming.h"
 #include "platform/sql/SQLDataSet.h"
@@ -140,6 +142,80 @@ TEST_F(SortOrder, TitleClicksSortTheTableKeepingTheRecord)
     const int before = updates;
     grid.ChangeDataSetOrder(QStringLiteral(" paid "));
     EXPECT_EQ(updates, before);
+}
+
+TEST_F(SortOrder, EveryClickOfAQuickPairCounts)
+{
+    const int raw = grid.DataToRawColumn(grid.GetColumns()->FindColumn(QStringLiteral("Qty"))->Index());
+    const QPoint at = grid.CellRect(raw, 0).center();
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, at);
+    // The second press of a quick pair arrives as a double click.
+    QMouseEvent twice(QEvent::MouseButtonDblClick, at, grid.viewport()->mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(grid.viewport(), &twice);
+    QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, at);
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty:D"));
+    EXPECT_EQ(title("Qty")->GetMarker(), tmDescend);
+}
+
+TEST_F(SortOrder, ColumnsTheDataSetCannotSortByTakeNoMarker)
+{
+    // A calculated field beside the table's own.
+    auto table2 = std::make_unique<TMemTable>();
+    for (const char *name : {"ID", "Qty"}) {
+        auto *f = new TIntegerField(table2.get());
+        f->SetFieldName(QString::fromLatin1(name));
+        f->SetDataSet(table2.get());
+    }
+    auto *doubled = new TIntegerField(table2.get());
+    doubled->SetFieldName(QStringLiteral("Doubled"));
+    doubled->SetFieldKind(fkCalculated);
+    doubled->SetDataSet(table2.get());
+    table2->OnCalcFields = [](TDataSet *ds) {
+        ds->FieldByName(QStringLiteral("Doubled"))->SetAsInteger(ds->FieldByName(QStringLiteral("Qty"))->AsInteger() * 2);
+    };
+    table2->CreateDataSet();
+    for (int i = 1; i <= 10; ++i)
+        table2->AppendRecord({i, 11 - i});
+    table2->First();
+    source.SetDataSet(table2.get());
+    QApplication::processEvents();
+
+    clickTitle("Qty");
+    ASSERT_EQ(grid.GetOrderFields(), QStringLiteral("Qty"));
+    clickTitle("Doubled"); // nothing happens: not the order, not the markers
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Qty"));
+    EXPECT_EQ(title("Doubled")->GetMarker(), tmNone);
+    EXPECT_EQ(table2->IndexFieldNames(), QStringLiteral("Qty"));
+    grid.SetOrderFields(QStringLiteral("Doubled DESC,ID"));
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("ID"));
+    EXPECT_EQ(title("Doubled")->GetMarker(), tmNone);
+    source.SetDataSet(table.get());
+}
+
+TEST_F(SortOrder, ARefusedOrderPutsTheMarkersBack)
+{
+    clickTitle("Qty");
+    ASSERT_EQ(grid.GetOrderFields(), QStringLiteral("Qty"));
+    // A handler of the application's that refuses every order.
+    RegisterCustomChangeOrder(QStringLiteral("TMemTable"), [](TQDBGrid *, const QString &order) {
+        throw EDatabaseError(QStringLiteral("cannot sort by ") + order);
+    }, {}, false, {});
+    QStringList told;
+    ScopedMessageDlgHook hook([&](const QString &message, TMsgDlgType, TMsgDlgButtons) {
+        told << message;
+        return mrOk;
+    });
+    clickTitle("Name"); // the error is told, not thrown out of the click
+    UnRegisterChangeOrder(QStringLiteral("TMemTable"), coCustomChangeOrder);
+    EXPECT_EQ(told, QStringList{QStringLiteral("cannot sort by Name")});
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Qty"));
+    EXPECT_EQ(title("Name")->GetMarker(), tmNone);
+    EXPECT_EQ(title("Qty")->GetMarker(), tmAscend);
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty"));
+    clickTitle("Qty"); // the next click toggles the order in force
+    EXPECT_EQ(grid.GetOrderFields(), QStringLiteral("Qty DESC"));
+    EXPECT_EQ(table->IndexFieldNames(), QStringLiteral("Qty:D"));
 }
 
 TEST_F(SortOrder, AscendOnlyNeverDescends)

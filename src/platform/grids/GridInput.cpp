@@ -229,6 +229,11 @@ void TCustomGrid::mouseDoubleClickEvent(QMouseEvent *event)
         return;
     }
     const QPoint cell = MouseCoord(p.x(), p.y());
+    // On a title or a fixed cell the second click of a quick pair is a click of its own.
+    if (cell.x() >= 0 && (cell.x() < FixedCols() || cell.y() < FixedRows())) {
+        mousePressEvent(event);
+        return;
+    }
     if (cell.x() >= FixedCols() && cell.y() >= FixedRows() && options_.Contains(goEditing))
         ShowEditor();
 }
