@@ -529,6 +529,9 @@ private:
     // The face of a title or indicator title cell, in the style's VisualStyle.
     void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
+    // Keeps the fields' widths and visibility as the link goes, gives them back to the same
+    // fields as it comes again.
+    void keepFieldLayout(bool active);
     // Scrolls the data set's window so that the current record stands at that row of it.
     void placeActiveRecord(int row);
     bool detailPrefixApplies() const;

@@ -228,13 +228,17 @@ void TQCustomDBGrid::ReorderDataSet(bool reopen, const std::function<void()> &wr
         if (!reopen || active)
             ClearSelection();
         const bool closed = reopen && active;
-        if (closed)
+        if (closed) {
+            keepFieldLayout(false); // the link does not see the close: its controls are off
             ds->Close();
+        }
         BeginUpdate();
         try {
             write();
-            if (closed)
+            if (closed) {
                 ds->Open();
+                keepFieldLayout(true);
+            }
         } catch (...) {
             // The order the data set refused is taken back, so that the user keeps the
             // rows and the record they had; the error still goes to the caller.
@@ -242,6 +246,7 @@ void TQCustomDBGrid::ReorderDataSet(bool reopen, const std::function<void()> &wr
                 try {
                     undo();
                     ds->Open();
+                    keepFieldLayout(true);
                     comeBack();
                 } catch (...) {
                 }

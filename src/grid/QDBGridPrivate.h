@@ -105,6 +105,16 @@ struct TQCustomDBGrid::Private
     bool selectChanged = false;
     TSelectAction lastSelectAction = saSelect;
     TBookmark selectionAnchor;
+    // The grid-made columns' widths and visibility, which live in the fields, kept while the
+    // data set is closed so that the same fields reopened (a new ORDER BY) get them back.
+    struct KeptField
+    {
+        QString name;
+        int displayWidth;
+        bool visible;
+    };
+    QPointer<TDataSet> keptFieldsOf;
+    QList<KeptField> keptFields;
     QHash<QString, QList<Variant>> savedSelections;
     QPointer<TQCustomDBGrid> master;
     QList<QPointer<TQCustomDBGrid>> slaves;

@@ -4,6 +4,7 @@
 #include "QDBGridPrivate.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -53,8 +54,34 @@ bool TQCustomDBGrid::StripesOn() const
     return d_->drawingOptions.Contains(gdoStripedRows) && d_->stripeColor != clNone;
 }
 
+void TQCustomDBGrid::keepFieldLayout(bool active)
+{
+    TDataSet *ds = DataSet();
+    if (!ds || d_->columns->State() != csDefault)
+        return;
+    if (!active) {
+        d_->keptFieldsOf = ds;
+        d_->keptFields.clear();
+        for (TField *f : ds->FieldList())
+            d_->keptFields.append({f->FullName(), f->DisplayWidth(), f->Visible()});
+        return;
+    }
+    const bool same = d_->keptFieldsOf == ds && d_->keptFields.size() == ds->FieldList().Count()
+        && std::equal(d_->keptFields.cbegin(), d_->keptFields.cend(), ds->FieldList().begin(),
+                      [](const Private::KeptField &kept, const TField *f) { return kept.name == f->FullName(); });
+    if (same)
+        for (int i = 0; i < d_->keptFields.size(); ++i) {
+            TField *f = ds->FieldList()[i];
+            f->SetDisplayWidth(d_->keptFields[i].displayWidth);
+            f->SetVisible(d_->keptFields[i].visible);
+        }
+    d_->keptFieldsOf = nullptr;
+    d_->keptFields.clear();
+}
+
 void TQCustomDBGrid::LinkActive(bool value)
 {
+    keepFieldLayout(value);
     if (value && d_->columns->State() == csDefault && d_->optionsExt.Contains(dgForceCustomized))
         d_->columns->SetState(csCustomized);
     if (!value) {

@@ -379,6 +379,34 @@ TEST_P(SortOrderSQL, ATitleClickRewritesTheOrderByAndKeepsRecordAndSelection)
     EXPECT_EQ(value("qty"), 100);
 }
 
+TEST_P(SortOrderSQL, ATitleClickKeepsTheWidthsTheUserGave)
+{
+    TQDBGridColumns *columns = grid.GetColumns();
+    TQColumn *name = columns->FindColumn(QStringLiteral("name"));
+    name->SetWidth(180); // as a drag of the border does
+    const int qtyWidth = columns->FindColumn(QStringLiteral("qty"))->GetWidth();
+    const int raw = grid.DataToRawColumn(name->Index());
+    auto expectWidths = [&](const char *after) {
+        SCOPED_TRACE(after);
+        TQColumn *now = columns->FindColumn(QStringLiteral("name"));
+        ASSERT_NE(now, nullptr);
+        EXPECT_NEAR(now->GetWidth(), 180, 8); // kept in characters of the font
+        EXPECT_EQ(grid.ColWidths(raw), now->GetWidth());
+        EXPECT_EQ(columns->FindColumn(QStringLiteral("qty"))->GetWidth(), qtyWidth);
+    };
+    const int qtyRaw = grid.DataToRawColumn(columns->FindColumn(QStringLiteral("qty"))->Index());
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(qtyRaw, 0).center());
+    ASSERT_TRUE(query.SQL()->Text().contains(QStringLiteral("ORDER BY qty")));
+    expectWidths("a title click");
+    query.Close();
+    query.Open();
+    expectWidths("the same query opened again");
+    query.Close();
+    query.SQL()->SetText(QStringLiteral("SELECT id, qty FROM items"));
+    query.Open();
+    EXPECT_EQ(columns->FindColumn(QStringLiteral("name")), nullptr); // other fields: other columns
+}
+
 TEST_P(SortOrderSQL, ARefusedOrderLeavesTheGridUsable)
 {
     query.SetRecNo(42);
