@@ -78,7 +78,7 @@ ExplorerWindow::~ExplorerWindow()
     table_.Close();
 }
 
-void ExplorerWindow::OpenDatabase(const QString &address)
+void ExplorerWindow::OpenDatabase(const QString &address, const QString &firstTable)
 {
     table_.Close();
     connection_.Close();
@@ -90,10 +90,10 @@ void ExplorerWindow::OpenDatabase(const QString &address)
     const QSignalBlocker block(tables_);
     tables_->clear();
     tables_->addItems(Tables());
-    if (tables_->count() > 0)
-        tables_->setCurrentRow(0);
-    if (tables_->currentItem())
-        ShowTable(tables_->currentItem()->text());
+    // Only the table asked for is opened: a large first table costs nothing then.
+    const QString first = !firstTable.isEmpty() ? firstTable : tables_->count() > 0 ? tables_->item(0)->text() : QString();
+    if (!first.isEmpty() && ShowTable(first))
+        grid_->setFocus(); // the keys go to the rows from the start
     updateCounter();
 }
 

@@ -22,8 +22,9 @@ public:
     explicit ExplorerWindow(QWidget *parent = nullptr);
     ~ExplorerWindow() override;
 
-    // Connects to an SQLite file or a postgresql:// address; throws the database's error.
-    void OpenDatabase(const QString &address);
+    // Connects to an SQLite file or a postgresql:// address (throws the database's error)
+    // and shows firstTable, or the first table of the list.
+    void OpenDatabase(const QString &address, const QString &firstTable = {});
     // Shows a table of the open database; false (with the reason shown) when it cannot.
     bool ShowTable(const QString &name);
     QStringList Tables() const;

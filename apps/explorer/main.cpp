@@ -50,13 +50,15 @@ int main(int argc, char *argv[])
     try {
         if (!database.startsWith(QLatin1String("postgres")) && !QFileInfo::exists(database))
             throw qdb::Exception(QStringLiteral("The database %1 does not exist").arg(database));
-        window.OpenDatabase(database);
+        window.OpenDatabase(database, parser.value(table));
     } catch (const qdb::Exception &e) {
         std::fprintf(stderr, "explorer: %s\n", qPrintable(e.Message()));
         return 1;
     }
-    if (parser.isSet(table) && !window.ShowTable(parser.value(table)))
+    if (parser.isSet(table) && !window.Grid()->DataSet()->Active()) {
+        std::fprintf(stderr, "explorer: the table %s cannot be shown\n", qPrintable(parser.value(table)));
         return 1;
+    }
 
     if (parser.isSet(screenshot)) {
         window.show();

@@ -2,8 +2,11 @@
 
 #include "ExplorerWindow.h"
 
+#include "platform/sql/SQLConnection.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QStatusBar>
@@ -83,4 +86,73 @@ TEST(Explorer, EscCancelsALongRead)
     EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Cancelled"));
     EXPECT_FALSE(QApplication::overrideCursor());
     EXPECT_TRUE(window.ShowTable(QStringLiteral("a"))); // and the explorer goes on
+}
+
+TEST(Explorer, OpensOnlyTheTableAskedForWithTheKeysInTheGrid)
+{
+    explorer::ExplorerWindow window;
+    QStringList opened;
+    window.Grid()->DataSet()->BeforeOpen = [&](TDataSet *ds) { opened << ds->property("TableName").toString(); };
+    window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("orders"));
+    EXPECT_EQ(opened, QStringList{QStringLiteral("orders")});
+    window.show();
+    QApplication::processEvents();
+    EXPECT_EQ(window.focusWidget(), window.Grid());
+    TDataSet *table = window.Grid()->DataSet();
+    QTest::keyClick(window.Grid(), Qt::Key_Down);
+    EXPECT_EQ(table->RecNo(), 2);
+    window.Grid()->DataSet()->BeforeOpen = nullptr;
+}
+
+TEST(Explorer, BrowsingLeavesTheFileAsItWas)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("copy.db"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path));
+    auto journal = [&] {
+        TSQLConnection look;
+        look.SetConnectionString(QStringLiteral("sqlite:") + path);
+        look.Open();
+        return look.ExecScalar(QStringLiteral("PRAGMA journal_mode")).ToString().toLower();
+    };
+    {
+        TSQLConnection plain; // the journal most files have
+        plain.SetConnectionString(QStringLiteral("sqlite:") + path);
+        plain.Open();
+        plain.ExecSQL(QStringLiteral("PRAGMA journal_mode = DELETE"));
+    }
+    const QString before = journal();
+    ASSERT_EQ(before, QStringLiteral("delete"));
+    const QByteArray bytes = [&] {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }();
+    {
+        explorer::ExplorerWindow window;
+        window.OpenDatabase(path, QStringLiteral("customers"));
+        window.show();
+        QApplication::processEvents();
+        TQDBGrid *grid = window.Grid();
+        TQColumn *company = grid->GetColumns()->FindColumn(QStringLiteral("Company"));
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->CellRect(grid->DataToRawColumn(company->Index()), 0).center());
+        grid->DataSet()->Last();
+        window.ShowTable(QStringLiteral("products"));
+    }
+    EXPECT_EQ(journal(), before);
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), bytes); // not a byte changed
+    EXPECT_FALSE(QFile::exists(path + QStringLiteral("-wal")));
+
+    // An edit writes through the write-ahead log, and the file gets its journal back.
+    {
+        explorer::ExplorerWindow window;
+        window.OpenDatabase(path, QStringLiteral("customers"));
+        TDataSet *table = window.Grid()->DataSet();
+        table->Edit();
+        table->FieldByName(QStringLiteral("Company"))->SetAsString(QStringLiteral("Renamed Ltd"));
+        table->Post();
+        EXPECT_EQ(journal(), QStringLiteral("wal"));
+    }
+    EXPECT_EQ(journal(), before);
 }

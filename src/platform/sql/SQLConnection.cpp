@@ -46,6 +46,7 @@ TSQLConnection::~TSQLConnection()
     closeReader();
     {
         QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
+        restoreJournal(db);
         if (db.isOpen())
             db.close();
     }
@@ -135,6 +136,7 @@ void TSQLConnection::SetConnected(bool on)
         closeReader();
         {
             QSqlDatabase db = QSqlDatabase::database(connectionName_, false);
+            restoreJournal(db);
             db.close();
         }
         QSqlDatabase::removeDatabase(connectionName_);
@@ -176,10 +178,6 @@ void TSQLConnection::SetConnected(bool on)
             prepareSession(db);
         if (opened && Dialect() == TSQLDialect::SQLite) {
             QSqlQuery(db).exec(QStringLiteral("PRAGMA foreign_keys = ON"));
-            // A walk keeps its statement open until control is back in the event loop; in the
-            // default journal mode that would lock out every other writer meanwhile.
-            if (databaseName_ != QLatin1String(":memory:"))
-                QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode = WAL"));
         }
     }
     if (!opened) {
@@ -398,11 +396,46 @@ QString TSQLConnection::QuoteName(const QString &name)
     return db.driver()->escapeIdentifier(name, QSqlDriver::FieldName);
 }
 
+void TSQLConnection::prepareWrite(QSqlDatabase db)
+{
+    // A walk keeps its statement open until control is back in the event loop; in SQLite's
+    // default journal mode that would lock out other programs' writes meanwhile. The file is
+    // switched to the write-ahead log only once this connection writes, and back when it
+    // closes: reading a file leaves it as it was.
+    if (Dialect() != TSQLDialect::SQLite || journalChecked_ || inTransaction_ || databaseName_ == QLatin1String(":memory:"))
+        return;
+    journalChecked_ = true;
+    QSqlQuery mode(db);
+    if (!mode.exec(QStringLiteral("PRAGMA journal_mode")) || !mode.next())
+        return;
+    const QString before = mode.value(0).toString().toLower();
+    if (before == QLatin1String("wal") || before == QLatin1String("memory") || before == QLatin1String("off"))
+        return;
+    mode.finish();
+    if (mode.exec(QStringLiteral("PRAGMA journal_mode = WAL")) && mode.next()
+        && mode.value(0).toString().compare(QLatin1String("wal"), Qt::CaseInsensitive) == 0)
+        journalBefore_ = before;
+}
+
+void TSQLConnection::restoreJournal(QSqlDatabase db)
+{
+    // The file goes back to the journal it had; another program still using it in the new
+    // one keeps it so.
+    if (!journalBefore_.isEmpty() && db.isOpen()) {
+        if (inTransaction_)
+            db.rollback();
+        QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode = %1").arg(journalBefore_));
+    }
+    journalBefore_.clear();
+    journalChecked_ = false;
+}
+
 void TSQLConnection::StartTransaction()
 {
     QSqlDatabase db = Database();
     if (inTransaction_)
         throw EDatabaseError(tr("A transaction is already active"));
+    prepareWrite(db);
     if (!db.transaction())
         SQLError(tr("Cannot start a transaction"), db.lastError());
     inTransaction_ = true;
@@ -452,7 +485,9 @@ QSqlQuery run(QSqlDatabase db, const QString &sql, const QList<Variant> &params)
 
 int TSQLConnection::ExecSQL(const QString &sql, const QList<Variant> &params)
 {
-    return run(Database(), sql, params).numRowsAffected();
+    QSqlDatabase db = Database();
+    prepareWrite(db);
+    return run(db, sql, params).numRowsAffected();
 }
 
 Variant TSQLConnection::ExecScalar(const QString &sql, const QList<Variant> &params)

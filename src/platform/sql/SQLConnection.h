@@ -127,6 +127,8 @@ private:
     void checkDisconnected() const;
     void closeReader();
     void prepareSession(QSqlDatabase db);
+    void prepareWrite(QSqlDatabase db);
+    void restoreJournal(QSqlDatabase db);
     bool restore(QSqlDatabase db);
     void keepCancel(QSqlDatabase reader);
     std::unique_ptr<class SQLWorker> worker_;
@@ -149,6 +151,8 @@ private:
     int statementTimeout_ = 0;
     int busyTimeout_ = 5000;
     int readerSessions_ = 0;
+    bool journalChecked_ = false;
+    QString journalBefore_; // SQLite's journal mode before this connection's first write
 };
 
 // Raises the EDatabaseError for a failed statement: the server's text, then the statement.
