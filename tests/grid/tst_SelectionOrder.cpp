@@ -1,6 +1,6 @@
-// The selection through every change of the data set's order, on the in-memory table, SQLite
-// and PostgreSQL: exactly the selected records stay selected, each once, and what the user
-// sees stays put while the selection is saved, restored or made whole.
+// The grid through changes of its data set's order, on the in-memory table, SQLite and
+// PostgreSQL: exactly the selected records stay selected, each once; what the user sees stays
+// put while the selection is saved, restored or made whole; NULLs sort the same everywhere.
 
 #include "grid/QDBGrid.h"
 
@@ -278,6 +278,46 @@ TEST_P(SelectionOrder, AClosedOrEmptiedDataSetPutsTheRowBackAndInputChangesNothi
     EXPECT_EQ(ds->RecordCount(), 0);
     EXPECT_EQ(grid.Row(), grid.FixedRows());
     EXPECT_EQ(grid.SelectedRows().Count(), 0);
+}
+
+TEST_P(SelectionOrder, NullsComeFirstAscendingAndLastDescendingOnEveryDataSet)
+{
+    for (int key : {5, 10, 15}) {
+        go(key);
+        ds->Edit();
+        ds->FieldByName(QStringLiteral("qty"))->Clear();
+        ds->Post();
+    }
+    auto quantities = [&] {
+        QStringList out;
+        ds->DisableControls();
+        for (ds->First(); !ds->Eof(); ds->Next())
+            out << (ds->FieldByName(QStringLiteral("qty"))->IsNull() ? QStringLiteral("null")
+                                                                     : ds->FieldByName(QStringLiteral("qty"))->AsString());
+        ds->EnableControls();
+        return out;
+    };
+    QList<int> values;
+    for (int id = 1; id <= Rows; ++id)
+        if (id % 5 != 0 || id > 15)
+            values << qtyOf(id);
+    std::sort(values.begin(), values.end());
+    QStringList ascending{QStringLiteral("null"), QStringLiteral("null"), QStringLiteral("null")};
+    for (int v : values)
+        ascending << QString::number(v);
+    QStringList descending(ascending.crbegin(), ascending.crend());
+
+    clickTitle("qty");
+    EXPECT_EQ(quantities(), ascending);
+    clickTitle("qty");
+    EXPECT_EQ(quantities(), descending);
+    setIndex(QStringLiteral("qty"));
+    EXPECT_EQ(quantities(), ascending);
+    // Far from the start too, where SQL results are read through their computed order.
+    ds->Last();
+    EXPECT_TRUE(ds->FieldByName(QStringLiteral("qty"))->AsInteger() == values.last());
+    ds->SetRecNo(2);
+    EXPECT_TRUE(ds->FieldByName(QStringLiteral("qty"))->IsNull());
 }
 
 INSTANTIATE_TEST_SUITE_P(DataSets, SelectionOrder, testing::Values(Kind::Memory, Kind::SQLite, Kind::PostgreSQL),

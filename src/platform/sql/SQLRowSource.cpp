@@ -72,8 +72,11 @@ void SQLRowSource::describe()
     }
 
     const TSQLDialect dialect = connection_->Dialect();
-    // SQLite sorts NULL below every value, PostgreSQL above.
-    auto defaultNullsFirst = [dialect](bool descending) {
+    // One rule on every database, as on the in-memory table: NULL first ascending, last
+    // descending. That is SQLite's own placing; PostgreSQL's is the other way round and is
+    // told NULLS FIRST or LAST, except for key columns, which hold no NULL and whose index a
+    // NULLS clause would keep the planner from using.
+    auto databaseNullsFirst = [dialect](bool descending) {
         return dialect == TSQLDialect::PostgreSQL ? descending : !descending;
     };
     QList<SQLOrderItem> items;
@@ -91,9 +94,12 @@ void SQLRowSource::describe()
             orderKnown_ = false;
             break;
         }
-        order_ << OrderItem{column, item.descending,
-                            item.nullsFirst < 0 ? defaultNullsFirst(item.descending) : item.nullsFirst == 1,
-                            item.nullsFirst >= 0};
+        const bool key = keyColumns_.contains(column);
+        const bool nullsFirst = item.nullsFirst >= 0 ? item.nullsFirst == 1
+                                : key               ? databaseNullsFirst(item.descending)
+                                                    : !item.descending;
+        order_ << OrderItem{column, item.descending, nullsFirst,
+                            item.nullsFirst >= 0 || nullsFirst != databaseNullsFirst(item.descending)};
     }
     if (orderKnown_) {
         // The key settles ties, so that a position names one record for good; it goes the
@@ -104,7 +110,7 @@ void SQLRowSource::describe()
             for (const OrderItem &o : order_)
                 present = present || o.column == key;
             if (!present)
-                order_ << OrderItem{key, descending, defaultNullsFirst(descending), false};
+                order_ << OrderItem{key, descending, databaseNullsFirst(descending), false};
         }
         ordered_ = QStringLiteral("SELECT * FROM (%1) qdb_q").arg(shape_.body);
         if (!order_.isEmpty())

@@ -58,19 +58,18 @@ protected:
     bool pg() const { return GetParam() == Backend::PostgreSQL; }
     int id() { return table.FieldByName(QStringLiteral("id"))->AsInteger(); }
 
-    // The ids in the order the database gives "grp" (NULL below every value on SQLite, above
-    // on PostgreSQL), ties by id in the same direction: worked out here, not read from the
-    // data set.
+    // The ids in the order of "grp" (NULL first ascending, last descending, on every
+    // database), ties by id in the same direction: worked out here, not read from the data
+    // set.
     QList<int> expectedOrder(bool descending, const QList<int> &ids, const QHash<int, int> &changed = {}) const
     {
         auto grp = [&](int i) { return changed.value(i, i % 13 == 0 ? -1 : i % 97); };
-        const bool nullsLow = !pg();
         QList<int> order = ids;
         std::sort(order.begin(), order.end(), [&](int a, int b) {
             const int ga = grp(a), gb = grp(b);
             if (ga != gb) {
                 if (ga < 0 || gb < 0) // exactly one is NULL
-                    return (ga < 0) == (nullsLow != descending);
+                    return (ga < 0) != descending;
                 return descending ? ga > gb : ga < gb;
             }
             return descending ? a > b : a < b;
