@@ -97,26 +97,60 @@ int TQColumn::OptimalWidth() const
     if (!grid)
         return GetWidth();
     const int margin = 4;
-    int width = 0;
+    int title = 0;
     if (grid->GetOptions().Contains(dgTitles)) {
         const QFontMetrics titleMetrics(title_->GetFont());
-        width = titleMetrics.horizontalAdvance(title_->GetCaption()) + margin + 2 * grid->GetGridStyle()->TitleColMargin;
+        title = titleMetrics.horizontalAdvance(title_->GetCaption()) + margin + 2 * grid->GetGridStyle()->TitleColMargin;
     }
+    const QFontMetrics metrics(GetFont());
+    int content = 0;
     TQGridDataLink *link = grid->DataLink();
-    if (link->Active() && !grid->DataSet()->IsEmpty()) {
-        const QFontMetrics metrics(GetFont());
+    TDataSet *ds = grid->DataSet();
+    if (link->Active() && !ds->IsEmpty()) {
         const int saved = link->ActiveRecord();
         for (int r = 0; r < link->RecordCount(); ++r) {
             link->SetActiveRecord(r);
-            width = qMax(width, metrics.horizontalAdvance(GetDisplayText()) + margin);
+            content = qMax(content, metrics.horizontalAdvance(GetDisplayText()) + margin);
         }
         link->SetActiveRecord(saved);
+        content = qMax(content, widestElsewhere(metrics) + margin);
     }
+    // One long value does not make a column wider than the bound; a value that long is cut
+    // at the bound, never shorter.
+    const int bound = grid->GetFitWidthMax() > 0 ? grid->GetFitWidthMax() : grid->viewport()->width() / 2;
+    int width = qMax(title, bound > 0 ? qMin(content, bound) : content);
     if (widthMin_ != -1)
         width = qMax(width, widthMin_);
     if (widthMax_ != -1)
         width = qMin(width, widthMax_);
     return qMax(width, 1);
+}
+
+int TQColumn::widestElsewhere(const QFontMetrics &metrics) const
+{
+    // Off the screen: what the data set can tell of its longest value, else a sample of the
+    // records from the start.
+    constexpr int SampleRows = 1000;
+    TQCustomDBGrid *grid = GetGrid();
+    TDataSet *ds = grid->DataSet();
+    TField *f = GetField();
+    if (!f || autoNumber_)
+        return 0;
+    QString longest;
+    if (ds->LongestText(f, longest))
+        return metrics.horizontalAdvance(longest);
+    int widest = 0;
+    grid->DisablePosition();
+    try {
+        int n = 0;
+        for (ds->First(); !ds->Eof() && n < SampleRows; ds->Next(), ++n)
+            widest = qMax(widest, metrics.horizontalAdvance(f->DisplayText()));
+    } catch (...) {
+        grid->EnablePosition(true);
+        throw;
+    }
+    grid->EnablePosition(true);
+    return widest;
 }
 
 } // namespace qdb

@@ -10,6 +10,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QFontMetrics>
 #include <QIODevice>
 #include <QMenu>
 #include <QPointer>
@@ -587,6 +588,8 @@ public:
 private:
     friend class TQColumnTitle;
     void changed();
+    // The width of the column's widest value off the screen, as far as it can be told cheaply.
+    int widestElsewhere(const QFontMetrics &metrics) const;
 
     QString fieldName_;
     TQColumnValues assigned_;

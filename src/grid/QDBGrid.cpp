@@ -51,6 +51,8 @@ QFont TQCustomDBGrid::GetTitleFont() const { return d_->titleFont; }
 bool TQCustomDBGrid::GetColumnNesting() const { return d_->columnNesting; }
 int TQCustomDBGrid::GetDefaultWidthMin() const { return d_->defaultWidthMin; }
 int TQCustomDBGrid::GetDefaultWidthMax() const { return d_->defaultWidthMax; }
+int TQCustomDBGrid::GetFitWidthMax() const { return d_->fitWidthMax; }
+void TQCustomDBGrid::SetFitWidthMax(int w) { d_->fitWidthMax = qMax(0, w); }
 QString TQCustomDBGrid::GetKeyFields() const { return d_->keyFields; }
 bool TQCustomDBGrid::IsSavingColumns() const { return d_->savingColumns > 0; }
 bool TQCustomDBGrid::IsLoadingColumns() const { return d_->loadingColumns > 0; }

@@ -95,6 +95,8 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(bool ColumnNesting READ GetColumnNesting WRITE SetColumnNesting)
     Q_PROPERTY(int DefaultWidthMin READ GetDefaultWidthMin WRITE SetDefaultWidthMin)
     Q_PROPERTY(int DefaultWidthMax READ GetDefaultWidthMax WRITE SetDefaultWidthMax)
+    Q_PROPERTY(int FitWidthMax READ GetFitWidthMax WRITE SetFitWidthMax)
+    Q_CLASSINFO("default:FitWidthMax", "0")
     Q_PROPERTY(QString KeyFields READ GetKeyFields WRITE SetKeyFields)
     Q_PROPERTY(qdb::TQGridStyle *GridStyle READ GetGridStyle)
     Q_PROPERTY(int WheelScrollRows READ GetWheelScrollRows WRITE SetWheelScrollRows)
@@ -154,6 +156,10 @@ public:
     void SetDefaultWidthMin(int w);
     int GetDefaultWidthMax() const;
     void SetDefaultWidthMax(int w);
+    // The widest a column fitted to its content gets (AdjustColumnsWidth, a double click on
+    // a title's border); 0: half the grid's width.
+    int GetFitWidthMax() const;
+    void SetFitWidthMax(int w);
     QString GetKeyFields() const;
     void SetKeyFields(const QString &fields);
     TQGridStyle *GetGridStyle() const;

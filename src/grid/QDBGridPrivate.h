@@ -43,6 +43,7 @@ struct TQCustomDBGrid::Private
     bool columnNesting = true;
     int defaultWidthMin = -1;
     int defaultWidthMax = -1;
+    int fitWidthMax = 0;
     QString keyFields;
     int layoutLock = 0;
     int updateLock = 0;

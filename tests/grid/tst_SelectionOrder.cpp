@@ -12,6 +12,7 @@
 #include "platform/sql/SQLDataSet.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QSet>
 #include <QTest>
 
@@ -50,7 +51,7 @@ protected:
             auto t = std::make_unique<TMemTable>();
             t->FieldDefs().Add(QStringLiteral("id"), ftInteger);
             t->FieldDefs().Add(QStringLiteral("qty"), ftInteger);
-            t->FieldDefs().Add(QStringLiteral("name"), ftString, 20);
+            t->FieldDefs().Add(QStringLiteral("name"), ftString, 500);
             t->CreateDataSet();
             for (int id = 1; id <= Rows; ++id)
                 t->AppendRecord({id, qtyOf(id), QStringLiteral("n%1").arg(id)});
@@ -62,7 +63,7 @@ protected:
             if (!db.Open(GetParam() == Kind::SQLite ? Backend::SQLite : Backend::PostgreSQL, connection,
                          QStringLiteral("selorder")))
                 GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-            connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, qty INTEGER, name VARCHAR(20))"));
+            connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, qty INTEGER, name VARCHAR(500))"));
             connection.StartTransaction();
             for (int id = 1; id <= Rows; ++id)
                 connection.ExecSQL(QStringLiteral("INSERT INTO items VALUES (?, ?, ?)"),
@@ -318,6 +319,38 @@ TEST_P(SelectionOrder, NullsComeFirstAscendingAndLastDescendingOnEveryDataSet)
     EXPECT_TRUE(ds->FieldByName(QStringLiteral("qty"))->AsInteger() == values.last());
     ds->SetRecNo(2);
     EXPECT_TRUE(ds->FieldByName(QStringLiteral("qty"))->IsNull());
+}
+
+TEST_P(SelectionOrder, FitTakesTheWidestValueOffTheScreenWithinABound)
+{
+    auto setName = [&](int key, const QString &name) {
+        go(key);
+        ds->Edit();
+        ds->FieldByName(QStringLiteral("name"))->SetAsString(name);
+        ds->Post();
+    };
+    const QString medium(12, QLatin1Char('W'));
+    setName(50, medium); // far below the rows on screen
+    ds->First();
+    TQColumn *name = grid.GetColumns()->FindColumn(QStringLiteral("name"));
+    const QFontMetrics metrics(name->GetFont());
+    const int digit = metrics.horizontalAdvance(QLatin1Char('0')); // such widths are kept in characters
+    auto expectWidth = [&](int fitted) {
+        EXPECT_EQ(name->OptimalWidth(), fitted);
+        EXPECT_GE(name->GetWidth(), fitted);
+        EXPECT_LE(name->GetWidth(), fitted + 2 * digit);
+    };
+    grid.AdjustColumnsWidth();
+    expectWidth(metrics.horizontalAdvance(medium) + 4);
+
+    setName(50, QString(20, QLatin1Char('W')) + QString(400, QLatin1Char('x'))); // one very long value
+    ds->First();
+    grid.AdjustColumnsWidth();
+    expectWidth(grid.viewport()->width() / 2); // the bound: not less, not more
+    grid.SetFitWidthMax(150);
+    grid.AdjustColumnsWidth();
+    expectWidth(150);
+    EXPECT_LT(grid.GetColumns()->FindColumn(QStringLiteral("id"))->GetWidth(), 150); // short ones stay short
 }
 
 INSTANTIATE_TEST_SUITE_P(DataSets, SelectionOrder, testing::Values(Kind::Memory, Kind::SQLite, Kind::PostgreSQL),

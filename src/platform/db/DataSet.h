@@ -155,6 +155,15 @@ public:
     // sorted by CompareBookmarks sorts them again when it sees a new value.
     quint64 OrderVersion() const { return orderVersion_; }
 
+    // The longest value of a data field as text, when the data set can tell without walking
+    // its records (a query over a SQL result); false when it cannot.
+    virtual bool LongestText(TField *field, QString &text) const
+    {
+        Q_UNUSED(field);
+        Q_UNUSED(text);
+        return false;
+    }
+
     // ---- controls ----
     void DisableControls();
     void EnableControls();

@@ -553,6 +553,19 @@ bool TCustomSQLDataSet::BookmarkValid(const TBookmark &bookmark) const
     }
 }
 
+bool TCustomSQLDataSet::LongestText(TField *field, QString &text) const
+{
+    const int no = field ? field->FieldNo() : 0;
+    if (!source_ || field->FieldKind() != fkData || no <= 0 || columnOfField_.value(no - 1, -1) < 0)
+        return false;
+    try {
+        text = source_->LongestText(columnOfField_[no - 1]).ToString();
+        return true;
+    } catch (const EDatabaseError &) {
+        return false; // a type the database cannot turn into text: measured from the rows shown
+    }
+}
+
 int TCustomSQLDataSet::OrderComputations() const
 {
     return source_ ? source_->IndexBuilds() : 0;

@@ -64,6 +64,8 @@ public:
     // In the current order; bookmarks of records no longer in the result sort first.
     int CompareBookmarks(const TBookmark &a, const TBookmark &b) const override;
 
+    bool LongestText(TField *field, QString &text) const override;
+
     // Rows held in memory now (bounded, whatever the size of the result).
     int CachedRows() const;
     // How many times the order of the open result was computed for reading it at any

@@ -330,6 +330,18 @@ void SQLRowSource::Describe()
     reading([this] { describe(); });
 }
 
+Variant SQLRowSource::LongestText(int column)
+{
+    return reading([&] {
+        const QString text = QStringLiteral("CAST(qdb_q.%1 AS TEXT)").arg(Quote(record_.fieldName(column)));
+        SQLRows rows;
+        Query(QStringLiteral("SELECT %1 FROM (%2) qdb_q WHERE %1 IS NOT NULL ORDER BY length(%1) DESC LIMIT 1")
+                  .arg(text, shape_.body),
+              shape_.params, rows, 1);
+        return rows.Count() ? rows.values[0] : Variant::Null();
+    });
+}
+
 qint64 SQLRowSource::Count()
 {
     return reading([this] { return count(); });

@@ -74,6 +74,9 @@ public:
     // The position of the first row whose columns hold the values (null matching null), -1
     // when there is none, -2 when this source cannot search by itself.
     qint64 Find(const QList<int> &columns, const QList<QVariant> &values);
+    // The longest value of a column as text (by characters), Null when it holds none: one
+    // pass of the database over the result, no row brought over but that one.
+    Variant LongestText(int column);
     // How many times the order of the result was computed into a table (for tests).
     int IndexBuilds() const { return indexBuilds_; }
 
