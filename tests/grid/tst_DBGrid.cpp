@@ -152,37 +152,6 @@ TEST_F(DBGrid, KeysAndClicksMoveTheDataSet)
     EXPECT_EQ(table->RecNo(), 4);
 }
 
-TEST_F(DBGrid, AClosedOrEmptiedGridSitsOnItsFirstDataRowAndIgnoresInput)
-{
-    const auto everyInput = [&] {
-        for (Qt::Key k : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_End, Qt::Key_Insert, Qt::Key_Delete,
-                          Qt::Key_F2, Qt::Key_Escape})
-            key(k);
-        key(Qt::Key_End, Qt::ControlModifier);
-        key(Qt::Key_A, Qt::ControlModifier);
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(grid.DataToRawColumn(1), 3).center());
-        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(0, 2).center()); // the indicator
-    };
-    table->MoveBy(6); // the current row deep in the window
-    ASSERT_EQ(grid.Row(), 7);
-    table->Close();
-    EXPECT_EQ(grid.Row(), grid.FixedRows());
-    EXPECT_NO_THROW(everyInput());
-    EXPECT_FALSE(table->Active());
-    EXPECT_EQ(grid.Row(), grid.FixedRows());
-
-    table->Open();
-    table->MoveBy(6);
-    table->SetFilter(QStringLiteral("Qty > 1000")); // nothing passes
-    table->SetFiltered(true);
-    EXPECT_TRUE(table->IsEmpty());
-    EXPECT_EQ(grid.Row(), grid.FixedRows());
-    EXPECT_NO_THROW(everyInput());
-    EXPECT_EQ(table->State(), dsBrowse);
-    EXPECT_EQ(table->RecordCount(), 0);
-    EXPECT_EQ(grid.Row(), grid.FixedRows());
-}
-
 TEST_F(DBGrid, TheWheelMovesThroughRecords)
 {
     const auto wheel = [&](int angle, Qt::KeyboardModifiers mods = Qt::NoModifier) {

@@ -254,6 +254,7 @@ TEST_P(SelectionOrder, AClosedOrEmptiedDataSetPutsTheRowBackAndInputChangesNothi
                           Qt::Key_F2, Qt::Key_Space, Qt::Key_Escape})
             QTest::keyClick(&grid, k);
         QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&grid, Qt::Key_End, Qt::ControlModifier);
         QTest::keyClick(&grid, Qt::Key_Down, Qt::ShiftModifier);
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.CellRect(grid.DataToRawColumn(1), 3).center());
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, grid.CellRect(0, 2).center());
