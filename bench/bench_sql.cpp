@@ -1,6 +1,6 @@
 // SQL data sets on a generated SQLite table, against the SQLite C API and Qt's
 // QSqlQueryModel doing the same work: the first window of 40 rows, a full walk reading
-// every column, Last, and the memory a full walk leaves behind.
+// every column, Last, the memory a full walk leaves behind, and a column's longest value.
 //
 // The table has 1,000,000 rows; set QDB_BENCH_ROWS (for instance 10000000) for another
 // size. It is made on first use next to the benchmark and kept there, never committed.
@@ -185,6 +185,54 @@ void BM_Last_SQLTable(benchmark::State &state)
     }
 }
 BENCHMARK(BM_Last_SQLTable)->Unit(benchmark::kMillisecond);
+
+// ---- the longest value of a column, as fitting a column asks ----
+
+void BM_Longest_SQLTable(benchmark::State &state)
+{
+    Opened o;
+    o.table.Open();
+    TField *name = o.table.FieldByName(QStringLiteral("Name"));
+    for (auto _ : state) {
+        QString text;
+        o.table.LongestText(name, text);
+        benchmark::DoNotOptimize(text);
+    }
+}
+BENCHMARK(BM_Longest_SQLTable)->Unit(benchmark::kMillisecond);
+
+// The bare aggregate through the C API: the length only, no row.
+void BM_Longest_SQLiteAPI(benchmark::State &state)
+{
+    const QByteArray path = databasePath().toUtf8();
+    sqlite3 *db = nullptr;
+    sqlite3_open_v2(path.constData(), &db, SQLITE_OPEN_READONLY, nullptr);
+    for (auto _ : state) {
+        sqlite3_stmt *stmt = nullptr;
+        sqlite3_prepare_v2(db, "SELECT max(length(Name)) FROM big", -1, &stmt, nullptr);
+        sqlite3_step(stmt);
+        benchmark::DoNotOptimize(sqlite3_column_int(stmt, 0));
+        sqlite3_finalize(stmt);
+    }
+    sqlite3_close(db);
+}
+BENCHMARK(BM_Longest_SQLiteAPI)->Unit(benchmark::kMillisecond);
+
+// The record walk the other data sets take (there over a sample, here over everything).
+void BM_Longest_Walk(benchmark::State &state)
+{
+    for (auto _ : state) {
+        Opened o;
+        o.table.Open();
+        ControlsDisabler quiet(&o.table);
+        TField *name = o.table.FieldByName(QStringLiteral("Name"));
+        qsizetype longest = 0;
+        for (o.table.First(); !o.table.Eof(); o.table.Next())
+            longest = qMax(longest, name->AsString().size());
+        benchmark::DoNotOptimize(longest);
+    }
+}
+BENCHMARK(BM_Longest_Walk)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 } // namespace
 

@@ -113,7 +113,8 @@ int TQColumn::OptimalWidth() const
             content = qMax(content, metrics.horizontalAdvance(GetDisplayText()) + margin);
         }
         link->SetActiveRecord(saved);
-        content = qMax(content, widestElsewhere(metrics) + margin);
+        if (link->RecordCount() < ds->RecordCount() || ds->RecordCount() < 0) // rows off the screen
+            content = qMax(content, widestElsewhere(metrics) + margin);
     }
     // One long value does not make a column wider than the bound; a value that long is cut
     // at the bound, never shorter.
