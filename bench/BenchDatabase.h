@@ -1,8 +1,10 @@
 #pragma once
 
-// The generated SQLite table "big" the SQL benchmarks share: 1,000,000 rows, or as many as
-// QDB_BENCH_ROWS says. It is made on first use next to the benchmark and kept there, never
-// committed.
+// The generated table "big" the SQL benchmarks share: 1,000,000 rows, or as many as
+// QDB_BENCH_ROWS says. The SQLite file is made on first use next to the benchmark and kept
+// there, never committed; the same table is made on the PostgreSQL server QDB_PG_URL names.
+
+#include "platform/sql/SQLConnection.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -31,6 +33,31 @@ inline QString databasePath()
         return file;
     }();
     return path;
+}
+
+inline QString serverUrl()
+{
+    return qEnvironmentVariable("QDB_PG_URL");
+}
+
+// Made at the size asked for, and made again when another size runs.
+inline void makeServerTable()
+{
+    TSQLConnection c;
+    c.SetConnectionString(serverUrl());
+    if (!c.ExecScalar(QStringLiteral("SELECT to_regclass('big') IS NOT NULL")).ToBool()
+        || c.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM big")).ToInt64() != rows()) {
+        c.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS big"));
+        c.ExecSQL(QStringLiteral("CREATE TABLE big (\"ID\" INTEGER PRIMARY KEY, \"Name\" VARCHAR(20) NOT NULL,"
+                                 " \"Amount\" DOUBLE PRECISION, \"Qty\" INTEGER, \"Day\" DATE, \"Code\" VARCHAR(8))"));
+        c.ExecSQL(QStringLiteral("INSERT INTO big SELECT i, substr(md5(i::text), 1, 10), (i::bigint * 7919 % 100000) / 100.0,"
+                                 " 1 + i % 100, date '2000-01-01' + i % 9000, 'C' || lpad((i::bigint * 31 % 1000000)::text, 6, '0')"
+                                 " FROM generate_series(1, %1) i")
+                      .arg(rows()));
+    }
+    // As in the SQLite file: Name has an index, Amount has none.
+    c.ExecSQL(QStringLiteral("CREATE INDEX IF NOT EXISTS big_by_name ON big (\"Name\")"));
+    c.ExecSQL(QStringLiteral("ANALYZE big"));
 }
 
 } // namespace qdb::bench

@@ -31,6 +31,8 @@ namespace {
 
 using bench::rows;
 using bench::databasePath;
+using bench::makeServerTable;
+using bench::serverUrl;
 
 const char *orderOf(const benchmark::State &state)
 {
@@ -41,29 +43,6 @@ const char *orderOf(const benchmark::State &state)
 bool onServer(const benchmark::State &state)
 {
     return state.range(1) == 1;
-}
-
-QString serverUrl()
-{
-    return qEnvironmentVariable("QDB_PG_URL");
-}
-
-// The same table on the server, made once (generated there, in a few seconds).
-void makeServerTable()
-{
-    TSQLConnection c;
-    c.SetConnectionString(serverUrl());
-    if (c.ExecScalar(QStringLiteral("SELECT to_regclass('big') IS NOT NULL")).ToBool()
-        && c.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM big")).ToInt64() == rows())
-        return;
-    c.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS big"));
-    c.ExecSQL(QStringLiteral("CREATE TABLE big (\"ID\" INTEGER PRIMARY KEY, \"Name\" VARCHAR(20) NOT NULL,"
-                             " \"Amount\" DOUBLE PRECISION, \"Qty\" INTEGER, \"Day\" DATE, \"Code\" VARCHAR(8))"));
-    c.ExecSQL(QStringLiteral("INSERT INTO big SELECT i, substr(md5(i::text), 1, 10), (i::bigint * 7919 % 100000) / 100.0,"
-                             " 1 + i % 100, date '2000-01-01' + i % 9000, 'C' || lpad((i::bigint * 31 % 1000000)::text, 6, '0')"
-                             " FROM generate_series(1, %1) i")
-                  .arg(rows()));
-    c.ExecSQL(QStringLiteral("ANALYZE big"));
 }
 
 // Every benchmark runs in both orders, on SQLite, and on PostgreSQL when there is a server.

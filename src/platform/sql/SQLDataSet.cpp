@@ -636,7 +636,10 @@ void TCustomSQLDataSet::Reorder()
 {
     CheckBrowseMode();
     const QList<QVariant> keep = BookmarkAvailable() ? keyValuesAt(ActiveBuffer().row) : QList<QVariant>();
+    const qint64 rows = source_ ? source_->KnownCount() : -1;
     openSource();
+    if (rows >= 0) // the same rows in another order
+        source_->AssumeCount(rows);
     pos_ = -1;
     if (!keep.isEmpty()) {
         const qint64 at = source_->PositionOf(keep);

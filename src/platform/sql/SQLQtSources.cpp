@@ -46,6 +46,7 @@ protected:
 
     void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max) override
     {
+        const SQLTrace trace(sql);
         withSession([&](QSqlDatabase &db) {
             QSqlQuery q = run(db, sql, params);
             const int columns = q.record().count();
@@ -59,6 +60,7 @@ protected:
 
     void Exec(const QString &sql, const QList<QVariant> &params) override
     {
+        const SQLTrace trace(sql);
         withSession([&](QSqlDatabase &db) {
             // Statements such as CREATE TABLE ... AS cannot take bound values everywhere.
             run(db, params.isEmpty() ? sql : InlineParameters(sql, params, db.driver()), {});
@@ -70,11 +72,6 @@ protected:
         QSqlRecord record;
         withSession([&](QSqlDatabase &db) { record = run(db, sql + QStringLiteral(" LIMIT 0"), params).record(); });
         return record;
-    }
-
-    QString Same(const QString &a, const QString &b) const override
-    {
-        return QStringLiteral("(%1 = %2 OR (%1 IS NULL AND %2 IS NULL))").arg(a, b);
     }
 };
 
@@ -122,7 +119,6 @@ protected:
     }
     QString IndexPosition() const override { return QStringLiteral("qdb_i.qdb_pos"); }
     QString IndexColumn(int column) const override { return QStringLiteral("qdb_c%1").arg(column); }
-    QString Same(const QString &a, const QString &b) const override { return a + QStringLiteral(" IS NOT DISTINCT FROM ") + b; }
 };
 
 class PortableSource : public QtSource

@@ -14,6 +14,8 @@
 
 namespace qdb {
 
+Q_LOGGING_CATEGORY(lcSql, "qdb.sql", QtWarningMsg)
+
 namespace {
 
 QString tr(const char *text)
@@ -386,6 +388,8 @@ void SQLRowSource::Reset()
     anchorReads_ = 0;
     anchorPosition_ = -1;
     anchorKeys_.clear();
+    anchorSides_[0] = anchorSides_[1] = Side();
+    nullCount_ = -1;
 }
 
 void SQLRowSource::forgetEdits()
@@ -398,6 +402,7 @@ qint64 SQLRowSource::Written(qint64 oldPosition, const QList<QVariant> &added)
 {
     Pause();
     forgetLostIndex();
+    nullCount_ = -1;
     if (index_.isEmpty() || !orderKnown_ || !HasKeys() || removed_.size() + added_.size() >= MaxEdits) {
         Reset(); // read directly, or computed again when needed
         return added.isEmpty() ? -1 : PositionOf(added);
@@ -478,63 +483,6 @@ void SQLRowSource::fetchEdited(qint64 first, int n, SQLRows &rows)
     }
 }
 
-// Whether the row `row` comes before the row `target` in the result's order.
-// The ways the row `row` can come before the row `target` in the result's order, which
-// exclude each other: each a range on one column after equal ones before it, so that the
-// database can count each through an index where there is one.
-QStringList SQLRowSource::before(const QString &row, const QString &target) const
-{
-    QStringList alternatives;
-    QStringList equalSoFar;
-    for (const OrderItem &o : order_) {
-        const QString name = Quote(record_.fieldName(o.column));
-        const QString a = row + QLatin1Char('.') + name, b = target + QLatin1Char('.') + name;
-        const QString less = QStringLiteral("%1 %2 %3").arg(a, o.descending ? QStringLiteral(">") : QStringLiteral("<"), b);
-        // NULL sorts on its own side of every value.
-        const QString nulls = o.nullsFirst ? QStringLiteral("%1 IS NULL AND %2 IS NOT NULL").arg(a, b)
-                                           : QStringLiteral("%1 IS NOT NULL AND %2 IS NULL").arg(a, b);
-        for (const QString &own : {less, nulls}) {
-            QStringList term = equalSoFar;
-            term << own;
-            alternatives << QStringLiteral("(%1)").arg(term.join(QStringLiteral(" AND ")));
-        }
-        equalSoFar << Same(a, b);
-    }
-    return alternatives;
-}
-
-qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
-{
-    if (!HasKeys() || keyValues.size() != keyColumns_.size())
-        return -1;
-    if (!orderKnown_)
-        return indexPositionOf(keyValues);
-    // Counting the rows that sort before the record needs no sort and no rows read; one
-    // count for each way of coming before it, as one count of them all would pass over
-    // every row where an index could go straight to the few.
-    QStringList match;
-    for (int key : keyColumns_)
-        match << QStringLiteral("qdb_r.%1 = ?").arg(Quote(record_.fieldName(key)));
-    QStringList counts;
-    QList<QVariant> params;
-    for (const QString &way : before(QStringLiteral("qdb_q"), QStringLiteral("qdb_r"))) {
-        counts << QStringLiteral("(SELECT COUNT(*) FROM (%1) qdb_q WHERE %2)").arg(shape_.body, way);
-        params += shape_.params;
-    }
-    if (counts.isEmpty())
-        counts << QStringLiteral("0");
-    const QString sql = QStringLiteral("SELECT %1 FROM (%2) qdb_r WHERE %3")
-                            .arg(counts.join(QStringLiteral(" + ")), shape_.body, match.join(QStringLiteral(" AND ")));
-    SQLRows rows;
-    Query(sql, params + shape_.params + keyValues, rows, 1);
-    const qint64 position = rows.Count() ? rows.values[0].ToInt64() : -1;
-    if (position >= 0 && index_.isEmpty()) { // the rows around it can be read from it
-        anchorKeys_ = keyValues;
-        anchorPosition_ = position;
-    }
-    return position;
-}
-
 // Rows near the end, read as the first ones of the order turned round: the database picks
 // the few it needs from one pass (or an index read backwards) instead of sorting them all.
 void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
@@ -560,35 +508,6 @@ void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
 bool SQLRowSource::nearAnchor(qint64 first, int n) const
 {
     return anchorPosition_ >= 0 && first + n > anchorPosition_ - AnchorReach && first < anchorPosition_ + AnchorReach;
-}
-
-// Rows on either side of the record found last, read by their place in the order from it:
-// the database picks the few it needs from one pass instead of sorting them all.
-void SQLRowSource::readNearAnchor(qint64 first, int n, SQLRows &rows)
-{
-    QStringList match;
-    for (int key : keyColumns_)
-        match << QStringLiteral("qdb_x.%1 = ?").arg(Quote(record_.fieldName(key)));
-    const QString target = QStringLiteral("(SELECT * FROM (%1) qdb_x WHERE %2) qdb_r").arg(shape_.body, match.join(QStringLiteral(" AND ")));
-    const QString before = this->before(QStringLiteral("qdb_q"), QStringLiteral("qdb_r")).join(QStringLiteral(" OR "));
-    const QList<QVariant> params = shape_.params + shape_.params + anchorKeys_;
-    const qint64 end = first + n;
-    rows.columns = record_.count();
-    if (first < anchorPosition_) { // before it, read backwards
-        const qint64 take = qMin(end, anchorPosition_) - first;
-        SQLRows back;
-        Query(QStringLiteral("SELECT qdb_q.* FROM (%1) qdb_q, %2 WHERE %3 ORDER BY %4 LIMIT ? OFFSET ?")
-                  .arg(shape_.body, target, before, OrderClause(QStringLiteral("qdb_q"), true)),
-              params + QList<QVariant>{take, anchorPosition_ - first - take}, back, take);
-        for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
-            rows.values.insert(rows.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
-    }
-    if (end > anchorPosition_) { // the record itself and after it
-        const qint64 from = qMax(first, anchorPosition_);
-        Query(QStringLiteral("SELECT qdb_q.* FROM (%1) qdb_q, %2 WHERE NOT COALESCE(%3, %4) ORDER BY %5 LIMIT ? OFFSET ?")
-                  .arg(shape_.body, target, QStringLiteral("(%1)").arg(before), False(), OrderClause(QStringLiteral("qdb_q"))),
-              params + QList<QVariant>{end - from, from - anchorPosition_}, rows, end - from);
-    }
 }
 
 qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)

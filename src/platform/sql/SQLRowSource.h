@@ -3,6 +3,8 @@
 #include "SQLConnection.h"
 #include "SQLText.h"
 
+#include <QElapsedTimer>
+#include <QLoggingCategory>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QVariant>
@@ -11,6 +13,31 @@
 #include <vector>
 
 namespace qdb {
+
+Q_DECLARE_LOGGING_CATEGORY(lcSql)
+
+// Each statement a source runs, with its time, under the logging category "qdb.sql"
+// (QT_LOGGING_RULES="qdb.sql.debug=true"): what a slow screen waited for.
+class SQLTrace
+{
+public:
+    explicit SQLTrace(const QString &sql) : sql_(sql)
+    {
+        if (lcSql().isDebugEnabled())
+            timer_.start();
+    }
+    ~SQLTrace()
+    {
+        if (timer_.isValid())
+            qCDebug(lcSql).noquote() << QString::number(double(timer_.nsecsElapsed()) / 1e6, 'f', 2) << "ms" << sql_;
+    }
+    SQLTrace(const SQLTrace &) = delete;
+    SQLTrace &operator=(const SQLTrace &) = delete;
+
+private:
+    const QString &sql_;
+    QElapsedTimer timer_;
+};
 
 // Rows as one run of values, `columns` to a row.
 struct SQLRows
@@ -50,6 +77,10 @@ public:
     virtual QStringList DeclaredTypes() const { return {}; }
     // The exact number of rows, counted once.
     qint64 Count();
+    // The number of rows if it was counted (-1 if not), and the number a source over the same
+    // rows in another order takes over instead of counting again.
+    qint64 KnownCount() const { return count_; }
+    void AssumeCount(qint64 rows) { count_ = rows; }
     // Up to n rows from position first (0-based); fewer only at the end of the result.
     void Fetch(qint64 first, int n, SQLRows &rows);
     // Lets go of any statement still open, so that the connection can write and other
@@ -123,9 +154,6 @@ protected:
     virtual QString IndexColumn(int column) const = 0;
     // The key columns of a result row equal to those of the table's row.
     QString KeyMatch(const QString &row, const QString &index) const;
-    // "a IS b" and false in this database's words.
-    virtual QString Same(const QString &a, const QString &b) const = 0;
-    virtual QString False() const { return QStringLiteral("FALSE"); }
 
     QString Quote(const QString &name) const;
     // The ordered result, a statement the source may add LIMIT and OFFSET to.
@@ -167,7 +195,17 @@ private:
     const QList<QVariant> *addedAt(qint64 position) const;
     qint64 tableRow(qint64 position) const;
     void fetchEdited(qint64 first, int n, SQLRows &rows);
-    QStringList before(const QString &row, const QString &target) const;
+    // The rows on one side of a record: see side().
+    struct Side
+    {
+        QString near; // empty: not worked out yet
+        QList<QVariant> nearParams;
+        QString far;
+        bool farIsNull = false;
+    };
+    bool side(const QList<QVariant> &keyValues, bool after, Side &result);
+    qint64 nullCount();
+    qint64 farCount(const Side &side);
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
     bool nearAnchor(qint64 first, int n) const;
     void readNearAnchor(qint64 first, int n, SQLRows &rows);
@@ -189,6 +227,8 @@ private:
     SQLRows tail_;          // the last rows, read in the order turned round
     QList<QVariant> anchorKeys_;
     qint64 anchorPosition_ = -1;
+    Side anchorSides_[2];   // before it, from it on
+    qint64 nullCount_ = -1; // rows whose first order column is NULL
     SQLRows ahead_;         // rows read through the key table beyond those asked for
     qint64 aheadFirst_ = 0;
     qint64 lastStart_ = -1, lastEnd_ = -1; // the rows the last read through it gave

@@ -172,6 +172,7 @@ public:
 protected:
     void Query(const QString &sql, const QList<QVariant> &params, SQLRows &rows, qint64 max) override
     {
+        const SQLTrace trace(sql);
         connection_->Read([&](QSqlDatabase *) {
             SQLiteStatement statement(db_, sql, params);
             statement.Read(max < 0 ? std::numeric_limits<int>::max() : int(qMin<qint64>(max, std::numeric_limits<int>::max())),
@@ -181,6 +182,7 @@ protected:
 
     void Exec(const QString &sql, const QList<QVariant> &params) override
     {
+        const SQLTrace trace(sql);
         connection_->Read([&](QSqlDatabase *) { SQLiteStatement(db_, sql, params); });
     }
 
@@ -207,8 +209,10 @@ protected:
                 // One screen: SQLite keeps only the rows it returns while sorting.
                 QList<QVariant> params = shape_.params;
                 params << n << first;
+                const QString sql = Ordered() + QStringLiteral(" LIMIT ? OFFSET ?");
+                const SQLTrace trace(sql);
                 connection_->Read([&](QSqlDatabase *) {
-                    SQLiteStatement statement(db_, Ordered() + QStringLiteral(" LIMIT ? OFFSET ?"), params);
+                    SQLiteStatement statement(db_, sql, params);
                     sortsItself_ = statement.Sorted();
                     statement.Read(n, rows);
                 });
@@ -263,7 +267,6 @@ protected:
 
     QString IndexPosition() const override { return QStringLiteral("qdb_i.rowid"); }
     QString IndexColumn(int column) const override { return Quote(record_.fieldName(column)); }
-    QString Same(const QString &a, const QString &b) const override { return a + QStringLiteral(" IS ") + b; }
 
 private:
     sqlite3 *db_;

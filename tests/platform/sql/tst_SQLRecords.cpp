@@ -214,6 +214,45 @@ TEST_P(SQLRecordsTest, EveryPositionAgreesWithAWalk)
     }
 }
 
+// The rows around a record are read from its own values; NULLs of the first column form a
+// block of their own, which the screen around a record at its border crosses.
+TEST_P(SQLRecordsTest, TheRowsAroundARecordCrossTheBlockOfNulls)
+{
+    for (const QString &order : {QStringLiteral("grp"), QStringLiteral("grp;name"), QStringLiteral("grp DESC")}) {
+        SCOPED_TRACE(order.toStdString());
+        table.Close();
+        table.SetIndexFieldNames(order);
+        table.Open();
+        QList<int> expected = expectedOrder(order.endsWith(QStringLiteral("DESC")), allIds());
+        if (order.contains(QLatin1Char(';'))) // ties by name, as text
+            std::stable_sort(expected.begin(), expected.end(), [](int a, int b) {
+                const int ga = a % 13 == 0 ? -1 : a % 97, gb = b % 13 == 0 ? -1 : b % 97;
+                return ga != gb ? ga < gb : QStringLiteral("n%1").arg(a) < QStringLiteral("n%1").arg(b);
+            });
+        const qsizetype nulls = std::count_if(expected.begin(), expected.end(), [](int i) { return i % 13 == 0; });
+        const qsizetype border = order.endsWith(QStringLiteral("DESC")) ? Rows - nulls : nulls; // the first after the block
+        for (const qsizetype at : {border - 40, border - 1, border, border + 3, qsizetype(Rows / 2)}) {
+            SCOPED_TRACE(at);
+            table.Refresh(); // nothing read yet
+            ASSERT_TRUE(table.Locate(QStringLiteral("id"), expected[at], {}));
+            EXPECT_EQ(table.RecNo(), at + 1);
+            table.MoveBy(-30);
+            QList<int> seen;
+            for (int i = 0; i < 60 && !table.Eof(); ++i, table.Next())
+                seen << id();
+            EXPECT_EQ(seen, expected.mid(at - 30, 60));
+            // Rows well inside the block, from a record beside it.
+            table.Refresh();
+            ASSERT_TRUE(table.Locate(QStringLiteral("id"), expected[at], {}));
+            table.MoveBy(-100);
+            EXPECT_EQ(id(), expected[at - 100]);
+            table.MoveBy(180);
+            EXPECT_EQ(id(), expected[at + 80]);
+        }
+        EXPECT_EQ(table.OrderComputations(), 0);
+    }
+}
+
 TEST_P(SQLRecordsTest, APostedRecordIsFoundWhereItNowSorts)
 {
     table.SetIndexFieldNames(QStringLiteral("grp"));
