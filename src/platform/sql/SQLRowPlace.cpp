@@ -134,18 +134,26 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
         return -1;
     if (!orderKnown_)
         return indexPositionOf(keyValues);
-    // Counting the rows that sort before the record needs no sort and no rows read.
-    Side before;
+    // Counting the rows on one side of the record needs no sort and no rows read. Of the
+    // two sides, one holds the block of NULLs and the other does not: that other one is
+    // counted, with the rows that are not on it making the place.
+    Side before, after;
     if (!side(keyValues, false, before))
         return -1;
+    const bool fromEnd = !before.far.isEmpty();
+    if (fromEnd && !side(keyValues, true, after))
+        return -1;
+    const Side &counted = fromEnd ? after : before;
     SQLRows rows;
-    Query(QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_q WHERE %2").arg(shape_.body, before.near), shape_.params + before.nearParams, rows, 1);
-    const qint64 position = (rows.Count() ? rows.values[0].ToInt64() : 0) + farCount(before);
+    Query(QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_q WHERE %2").arg(shape_.body, counted.near), shape_.params + counted.nearParams,
+          rows, 1);
+    const qint64 n = rows.Count() ? rows.values[0].ToInt64() : 0;
+    const qint64 position = fromEnd ? count() - n : n;
     if (index_.isEmpty()) { // the rows around it can be read from it
         anchorKeys_ = keyValues;
         anchorPosition_ = position;
         anchorSides_[0] = before;
-        anchorSides_[1] = Side();
+        anchorSides_[1] = after;
     }
     return position;
 }
@@ -161,15 +169,18 @@ void SQLRowSource::readNearAnchor(qint64 first, int n, SQLRows &rows)
         Side &s = anchorSides_[after ? 1 : 0];
         if (s.near.isEmpty() && !side(anchorKeys_, after, s))
             return;
-        const QString order = OrderClause(QStringLiteral("qdb_q"), !after);
+        // Each part holds NULL in its first column everywhere or nowhere: where NULL goes in
+        // it does not matter, and saying nothing leaves an index on it usable.
+        const QString order = OrderClause(QStringLiteral("qdb_q"), !after, false);
         const QString sql = QStringLiteral("SELECT * FROM (%1) qdb_q WHERE %2 ORDER BY %3 LIMIT ? OFFSET ?");
         const size_t had = out.Count();
         Query(sql.arg(shape_.body, s.near, order), shape_.params + s.nearParams + QList<QVariant>{take, skip}, out, take);
         const qint64 got = qint64(out.Count() - had);
         if (got == take || s.far.isEmpty())
             return;
-        // The near ones are all read: their number follows from the record's place.
-        const qint64 nearRows = after ? count() - anchorPosition_ - farCount(s) : anchorPosition_ - farCount(s);
+        // The near ones are all read: their number is known from what came, or from the
+        // record's place.
+        const qint64 nearRows = got > 0 ? skip + got : after ? count() - anchorPosition_ - farCount(s) : anchorPosition_ - farCount(s);
         const qint64 from = qMax<qint64>(0, skip - nearRows);
         Query(sql.arg(shape_.body, s.far, order), shape_.params + QList<QVariant>{take - got, from}, out, take - got);
     };

@@ -123,7 +123,7 @@ void SQLRowSource::describe()
     }
 }
 
-QString SQLRowSource::OrderClause(const QString &alias, bool reversed) const
+QString SQLRowSource::OrderClause(const QString &alias, bool reversed, bool firstNulls) const
 {
     // Turning every direction round reverses the databases' own NULL placing too.
     QStringList items;
@@ -131,7 +131,7 @@ QString SQLRowSource::OrderClause(const QString &alias, bool reversed) const
         QString item = alias + QLatin1Char('.') + Quote(record_.fieldName(o.column));
         if (o.descending != reversed)
             item += QStringLiteral(" DESC");
-        if (o.explicitNulls)
+        if (o.explicitNulls && (firstNulls || !items.isEmpty()))
             item += o.nullsFirst != reversed ? QStringLiteral(" NULLS FIRST") : QStringLiteral(" NULLS LAST");
         items << item;
     }
@@ -423,17 +423,19 @@ qint64 SQLRowSource::Written(qint64 oldPosition, const QList<QVariant> &added)
     }
     if (added.isEmpty())
         return -1;
-    // Where it sorts now: the rows before it, counted by the database.
+    // Where it sorts now, counted by the database, which holds it already.
+    ++count_;
     const qint64 position = PositionOf(added);
-    if (position < 0)
+    if (position < 0) {
+        --count_;
         return -1;
+    }
     for (Added &a : added_)
         if (a.position >= position)
             ++a.position;
     added_.insert(std::lower_bound(added_.begin(), added_.end(), position,
                                    [](const Added &a, qint64 p) { return a.position < p; }),
                   Added{position, added});
-    ++count_;
     return position;
 }
 

@@ -160,8 +160,9 @@ protected:
     QString Ordered() const { return ordered_; }
     // Whether every ORDER BY item is a column, so that the source could make the order its own.
     bool OrderKnown() const { return orderKnown_; }
-    // The ORDER BY items that make the order total (columns of qdb_q).
-    QString OrderClause(const QString &alias, bool reversed = false) const;
+    // The ORDER BY items that make the order total (columns of qdb_q); without `firstNulls`
+    // the first column's NULLs go where the database puts them.
+    QString OrderClause(const QString &alias, bool reversed = false, bool firstNulls = true) const;
 
     TSQLConnection *connection_;
     SQLResultShape shape_;
