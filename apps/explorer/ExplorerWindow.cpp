@@ -158,12 +158,19 @@ void ExplorerWindow::updateCounter()
     counter_->setText(recNo > 0 ? tr("Record %1 of %2").arg(recNo).arg(count) : tr("%n record(s)", nullptr, count));
 }
 
+QString ExplorerWindow::readingMessage() const
+{
+    return tr("Reading... press Esc to cancel");
+}
+
 void ExplorerWindow::waiting()
 {
     if (!waiting_) {
         waiting_ = true;
         QApplication::setOverrideCursor(Qt::WaitCursor);
-        statusBar()->showMessage(tr("Reading... press Esc to cancel"));
+        // A read that puts back what a cancelled one left keeps saying that it was cancelled.
+        if (statusBar()->currentMessage() != tr("Cancelled"))
+            statusBar()->showMessage(readingMessage());
         qApp->installEventFilter(this);
     }
     // Painting and timers go on; reads they ask for wait their turn.
@@ -179,8 +186,8 @@ void ExplorerWindow::doneWaiting()
     QApplication::restoreOverrideCursor();
     if (connection_.Cancelled())
         statusBar()->showMessage(tr("Cancelled"), 10000);
-    else
-        statusBar()->clearMessage();
+    else if (statusBar()->currentMessage() == readingMessage())
+        statusBar()->clearMessage(); // what an earlier read had to say stays
 }
 
 bool ExplorerWindow::eventFilter(QObject *watched, QEvent *event)

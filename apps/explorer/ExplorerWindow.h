@@ -37,6 +37,7 @@ private:
     void updateCounter();
     void showError(const QString &text);
     // A long read shows the wait cursor and lets Esc cancel it; other input waits.
+    QString readingMessage() const;
     void waiting();
     void doneWaiting();
     bool eventFilter(QObject *watched, QEvent *event) override;

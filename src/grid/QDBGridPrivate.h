@@ -172,6 +172,7 @@ void showingErrors(F &&action)
     try {
         action();
     } catch (const EAbort &) {
+    } catch (const EReadCancelled &) {
     } catch (const Exception &e) {
         MessageDlg(e.Message(), mtError, {mbOK});
     }

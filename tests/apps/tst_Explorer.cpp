@@ -2,6 +2,7 @@
 
 #include "ExplorerWindow.h"
 
+#include "platform/rtl/Dialogs.h"
 #include "platform/sql/SQLConnection.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -86,6 +88,61 @@ TEST(Explorer, EscCancelsALongRead)
     EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Cancelled"));
     EXPECT_FALSE(QApplication::overrideCursor());
     EXPECT_TRUE(window.ShowTable(QStringLiteral("a"))); // and the explorer goes on
+}
+
+TEST(Explorer, ASlowTitleClickShowsTheWaitAndEscTakesItBack)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("slowsort.db"));
+    {
+        TSQLConnection maker;
+        maker.SetDatabaseName(path);
+        maker.SetCreateDatabase(true);
+        maker.ExecSQL(QStringLiteral("CREATE TABLE a (id INTEGER PRIMARY KEY)"));
+        maker.ExecSQL(QStringLiteral("WITH RECURSIVE s(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM s WHERE i < 50000)"
+                                     " INSERT INTO a SELECT i FROM s"));
+        // Each row's "work" takes a moment: a screen of them is quick, sorting by it is not.
+        maker.ExecSQL(QStringLiteral("CREATE VIEW slowsort AS SELECT id, (WITH RECURSIVE s(i) AS (SELECT 1 UNION ALL"
+                                     " SELECT i + 1 FROM s WHERE i < 5000) SELECT COUNT(*) FROM s WHERE i <> a.id) AS work"
+                                     " FROM a"));
+    }
+    QStringList boxes;
+    const ScopedMessageDlgHook hook([&](const QString &text, TMsgDlgType, TMsgDlgButtons) {
+        boxes << text;
+        return mrOk;
+    });
+    explorer::ExplorerWindow window;
+    window.OpenDatabase(path, QStringLiteral("slowsort"));
+    window.show();
+    QApplication::processEvents();
+    TQDBGrid *grid = window.Grid();
+    TDataSet *view = grid->DataSet();
+    view->SetRecNo(5);
+    bool waitCursorShown = false;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        waitCursorShown = waitCursorShown || (QApplication::overrideCursor() && QApplication::overrideCursor()->shape() == Qt::WaitCursor);
+    });
+    look.start(20);
+    QCoreApplication::postEvent(grid, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+    TQColumn *work = grid->GetColumns()->FindColumn(QStringLiteral("work"));
+    QElapsedTimer clock;
+    clock.start();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->CellRect(grid->DataToRawColumn(work->Index()), 0).center());
+    EXPECT_LT(clock.elapsed(), 20000);
+    look.stop();
+    EXPECT_TRUE(waitCursorShown);
+    EXPECT_FALSE(QApplication::overrideCursor());
+    EXPECT_EQ(window.statusBar()->currentMessage(), QStringLiteral("Cancelled"));
+    EXPECT_TRUE(boxes.isEmpty()) << boxes.join(QLatin1Char('\n')).toStdString(); // the user knows already
+    // The rows and the title are as they were, and the grid goes on.
+    EXPECT_EQ(work->GetTitle()->GetMarker(), tmNone);
+    EXPECT_TRUE(grid->GetOrderFields().isEmpty());
+    ASSERT_TRUE(view->Active());
+    view->First();
+    EXPECT_EQ(view->FieldByName(QStringLiteral("id"))->AsInteger(), 1);
+    QTest::keyClick(grid, Qt::Key_Down);
+    EXPECT_EQ(view->FieldByName(QStringLiteral("id"))->AsInteger(), 2);
 }
 
 TEST(Explorer, OpensOnlyTheTableAskedForWithTheKeysInTheGrid)

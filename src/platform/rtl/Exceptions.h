@@ -44,6 +44,8 @@ QDB_DECLARE_EXCEPTION(EIniFileException, Exception)
 QDB_DECLARE_EXCEPTION(EInvalidOperation, Exception)
 QDB_DECLARE_EXCEPTION(EInvalidGridOperation, Exception)
 QDB_DECLARE_EXCEPTION(EDatabaseError, Exception)
+// A read the user cancelled: they know, so controls tell them nothing more.
+QDB_DECLARE_EXCEPTION(EReadCancelled, EDatabaseError)
 
 // Unwinds the current operation silently.
 [[noreturn]] void Abort();

@@ -305,7 +305,7 @@ auto SQLRowSource::reading(F read)
         return read();
     } catch (const EDatabaseError &) {
         if (connection_->Cancelled())
-            throw EDatabaseError(tr("The read was cancelled"));
+            throw EReadCancelled(tr("The read was cancelled"));
         if (!RestoreSession())
             throw;
     }
