@@ -66,14 +66,18 @@ void TQCustomDBGrid::keepFieldLayout(bool active)
             d_->keptFields.append({f->FullName(), f->DisplayWidth(), f->Visible()});
         return;
     }
-    const bool same = d_->keptFieldsOf == ds && d_->keptFields.size() == ds->FieldList().Count()
-        && std::equal(d_->keptFields.cbegin(), d_->keptFields.cend(), ds->FieldList().begin(),
-                      [](const Private::KeptField &kept, const TField *f) { return kept.name == f->FullName(); });
-    if (same)
-        for (int i = 0; i < d_->keptFields.size(); ++i) {
-            TField *f = ds->FieldList()[i];
-            f->SetDisplayWidth(d_->keptFields[i].displayWidth);
-            f->SetVisible(d_->keptFields[i].visible);
+    // The same fields, in whatever order the data set now makes them: the order, widths and
+    // visibility they had come back.
+    QList<TField *> fields;
+    if (d_->keptFieldsOf == ds && d_->keptFields.size() == ds->FieldList().Count())
+        for (const Private::KeptField &kept : std::as_const(d_->keptFields))
+            if (TField *f = ds->FindField(kept.name); f && !fields.contains(f))
+                fields << f;
+    if (fields.size() == ds->FieldList().Count())
+        for (int i = 0; i < fields.size(); ++i) {
+            fields[i]->SetIndex(i);
+            fields[i]->SetDisplayWidth(d_->keptFields[i].displayWidth);
+            fields[i]->SetVisible(d_->keptFields[i].visible);
         }
     d_->keptFieldsOf = nullptr;
     d_->keptFields.clear();

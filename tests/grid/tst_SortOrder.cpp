@@ -382,12 +382,18 @@ TEST_P(SortOrderSQL, ATitleClickRewritesTheOrderByAndKeepsRecordAndSelection)
 TEST_P(SortOrderSQL, ATitleClickKeepsTheWidthsTheUserGave)
 {
     TQDBGridColumns *columns = grid.GetColumns();
+    const int id = value("id"), qty = value("qty");
+    query.FieldByName(QStringLiteral("qty"))->SetIndex(0); // the application moved it first
+    EXPECT_EQ(value("id"), id); // each field still shows its own column
+    EXPECT_EQ(value("qty"), qty);
+    ASSERT_EQ(columns->Items(0)->GetFieldName(), QStringLiteral("qty"));
     TQColumn *name = columns->FindColumn(QStringLiteral("name"));
     name->SetWidth(180); // as a drag of the border does
     const int qtyWidth = columns->FindColumn(QStringLiteral("qty"))->GetWidth();
     const int raw = grid.DataToRawColumn(name->Index());
     auto expectWidths = [&](const char *after) {
         SCOPED_TRACE(after);
+        EXPECT_EQ(columns->Items(0)->GetFieldName(), QStringLiteral("qty"));
         TQColumn *now = columns->FindColumn(QStringLiteral("name"));
         ASSERT_NE(now, nullptr);
         EXPECT_NEAR(now->GetWidth(), 180, 8); // kept in characters of the font

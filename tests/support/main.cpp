@@ -1,3 +1,5 @@
+#include "platform/rtl/Dialogs.h"
+
 #include <gmock/gmock.h>
 
 #include <QApplication>
@@ -10,5 +12,10 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("qdbtests"));
     testing::InitGoogleMock(&argc, argv);
+    // A message box nobody expected would wait for a click forever: it fails the test instead.
+    qdb::SetMessageDlgHook([](const QString &text, qdb::TMsgDlgType, qdb::TMsgDlgButtons) {
+        ADD_FAILURE() << "unexpected message box: " << text.toStdString();
+        return qdb::mrCancel;
+    });
     return RUN_ALL_TESTS();
 }

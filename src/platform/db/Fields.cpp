@@ -193,10 +193,10 @@ void TField::SetIndex(int index)
     QList<TField *> &list = parentField_ ? parentField_->children_ : dataSet_->fields_.list_;
     list.move(current, qBound(0, index, int(list.size()) - 1));
     dataSet_->rebuildFieldList();
-    if (dataSet_->Active()) {
-        dataSet_->BindFields(true);
+    // An open data set's fields keep their numbers and buffer slots: the records read so far
+    // and the data set's own map of columns still hold. Only the order changes.
+    if (dataSet_->Active())
         layoutChanged(dataSet_);
-    }
 }
 
 VarType TField::ValueType() const

@@ -6,6 +6,7 @@ using namespace qdb;
 
 TEST(Dialogs, HookAnswersAndIsRestored)
 {
+    const ScopedMessageDlgHook none({}); // the test run's own hook out of the way
     QString asked;
     TMsgDlgButtons offered;
     {
