@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QUrl>
 #include <QString>
 
 namespace qdb::bench {
@@ -38,6 +40,23 @@ inline QString databasePath()
 inline QString serverUrl()
 {
     return qEnvironmentVariable("QDB_PG_URL");
+}
+
+// Runs `use` on a connection of Qt's PostgreSQL driver to the server, the baseline's own.
+template<typename F>
+void withBareServer(F use)
+{
+    const QUrl url(serverUrl());
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("bare"));
+        db.setHostName(url.host());
+        db.setPort(url.port(5432));
+        db.setUserName(url.userName());
+        db.setDatabaseName(url.path().mid(1));
+        db.open();
+        use(db);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("bare"));
 }
 
 // Made at the size asked for, and made again when another size runs.

@@ -136,14 +136,7 @@ void BM_SortedScreen_Database(benchmark::State &state)
     const QByteArray sql = QByteArray("SELECT * FROM big ORDER BY \"") + clickedField(state) + "\", \"ID\" LIMIT 40";
     qint64 sum = 0;
     if (state.range(1) == 1) {
-        const QUrl url(serverUrl());
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("bare"));
-            db.setHostName(url.host());
-            db.setPort(url.port(5432));
-            db.setUserName(url.userName());
-            db.setDatabaseName(url.path().mid(1));
-            db.open();
+        bench::withBareServer([&](QSqlDatabase &db) {
             for (auto _ : state) {
                 QSqlQuery q(db);
                 q.setForwardOnly(true);
@@ -151,8 +144,7 @@ void BM_SortedScreen_Database(benchmark::State &state)
                 while (q.next())
                     sum += q.value(1).toString().size();
             }
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("bare"));
+        });
     } else {
         sqlite3 *db = nullptr;
         sqlite3_open_v2(databasePath().toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);

@@ -94,22 +94,14 @@ qint64 bareQuery(const benchmark::State &state, qint64 skip, int read)
     const QByteArray sql = QByteArray("SELECT * FROM big ORDER BY \"") + orderOf(state) + "\", \"ID\"";
     qint64 sum = 0;
     if (onServer(state)) {
-        const QUrl url(serverUrl());
-        {
-            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), QStringLiteral("bare"));
-            db.setHostName(url.host());
-            db.setPort(url.port(5432));
-            db.setUserName(url.userName());
-            db.setDatabaseName(url.path().mid(1));
-            db.open();
+        bench::withBareServer([&](QSqlDatabase &db) {
             QSqlQuery q(db);
             q.setForwardOnly(true);
             q.exec(QString::fromLatin1(sql));
             for (qint64 i = 0; i < skip + read && q.next(); ++i)
                 if (i >= skip)
                     sum += q.value(1).toString().size();
-        }
-        QSqlDatabase::removeDatabase(QStringLiteral("bare"));
+        });
         return sum;
     }
     sqlite3 *db = nullptr;
