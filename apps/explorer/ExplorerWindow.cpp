@@ -163,13 +163,18 @@ QString ExplorerWindow::readingMessage() const
     return tr("Reading... press Esc to cancel");
 }
 
+QString ExplorerWindow::cancelledMessage() const
+{
+    return tr("Cancelled");
+}
+
 void ExplorerWindow::waiting()
 {
     if (!waiting_) {
         waiting_ = true;
         QApplication::setOverrideCursor(Qt::WaitCursor);
         // A read that puts back what a cancelled one left keeps saying that it was cancelled.
-        if (statusBar()->currentMessage() != tr("Cancelled"))
+        if (statusBar()->currentMessage() != cancelledMessage())
             statusBar()->showMessage(readingMessage());
         qApp->installEventFilter(this);
     }
@@ -185,7 +190,7 @@ void ExplorerWindow::doneWaiting()
     qApp->removeEventFilter(this);
     QApplication::restoreOverrideCursor();
     if (connection_.Cancelled())
-        statusBar()->showMessage(tr("Cancelled"), 10000);
+        statusBar()->showMessage(cancelledMessage(), 10000);
     else if (statusBar()->currentMessage() == readingMessage())
         statusBar()->clearMessage(); // what an earlier read had to say stays
 }

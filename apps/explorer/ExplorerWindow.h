@@ -38,6 +38,7 @@ private:
     void showError(const QString &text);
     // A long read shows the wait cursor and lets Esc cancel it; other input waits.
     QString readingMessage() const;
+    QString cancelledMessage() const;
     void waiting();
     void doneWaiting();
     bool eventFilter(QObject *watched, QEvent *event) override;

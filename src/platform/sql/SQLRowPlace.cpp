@@ -48,22 +48,11 @@ Cond either(const Cond &a, const Cond &b)
 // column is NULL just when the record's is come nearest; for them `near` is a range on that
 // column followed by tests of the others, which one pass answers where no index helps and
 // an index on the column narrows where one does. The other kind (NULL or not) lies wholly
-// on one side, further away: `far` when it is on this one. The record's values are read by
-// key inside the statement, so they compare exactly as stored.
-bool SQLRowSource::side(const QList<QVariant> &keyValues, bool after, Side &result)
+// on one side, further away: `far` when it is on this one. `own` holds the record's values
+// in the order's columns, which tell NULL from not; the values compared with are read by key
+// (`where`, on rows qdb_v) inside the statement, so they compare exactly as stored.
+SQLRowSource::Side SQLRowSource::side(const QList<QVariant> &keyValues, const QString &where, const SQLRows &own, bool after) const
 {
-    QStringList match, columns;
-    for (int key : keyColumns_)
-        match << QStringLiteral("qdb_v.%1 = ?").arg(Quote(record_.fieldName(key)));
-    for (const OrderItem &o : order_)
-        columns << QStringLiteral("qdb_v.") + Quote(record_.fieldName(o.column));
-    const QString where = match.join(QStringLiteral(" AND "));
-    SQLRows own;
-    Query(QStringLiteral("SELECT %1 FROM (%2) qdb_v WHERE %3").arg(columns.join(QStringLiteral(", ")), shape_.body, where),
-          shape_.params + keyValues, own, 1);
-    if (!own.Count())
-        return false;
-
     auto name = [this](int item) { return QStringLiteral("qdb_q.") + Quote(record_.fieldName(order_[item].column)); };
     auto value = [&](int item) {
         return QStringLiteral("(SELECT qdb_v.%1 FROM (%2) qdb_v WHERE %3)").arg(Quote(record_.fieldName(order_[item].column)), shape_.body, where);
@@ -100,14 +89,14 @@ bool SQLRowSource::side(const QList<QVariant> &keyValues, bool after, Side &resu
         near = both(Cond::text(name(0) + QStringLiteral(" IS NULL")), last > 0 ? rest : after ? Cond() : Cond::never());
     else
         near = last > 0 ? both(beyond(0, true, false), either(beyond(0, false, false), rest)) : beyond(0, after, false);
-    result = Side();
+    Side result;
     result.near = near.kind == Cond::Sql ? near.sql : near.kind == Cond::True ? QStringLiteral("1 = 1") : QStringLiteral("1 = 0");
     result.nearParams = near.params;
     if (firstNull != nullsHere) {
         result.far = name(0) + (firstNull ? QStringLiteral(" IS NOT NULL") : QStringLiteral(" IS NULL"));
         result.farIsNull = !firstNull;
     }
-    return true;
+    return result;
 }
 
 qint64 SQLRowSource::nullCount()
@@ -134,15 +123,23 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
         return -1;
     if (!orderKnown_)
         return indexPositionOf(keyValues);
+    // The record's values in the order's columns, NULL or not: what each side is made of.
+    QStringList match, columns;
+    for (int key : keyColumns_)
+        match << QStringLiteral("qdb_v.%1 = ?").arg(Quote(record_.fieldName(key)));
+    for (const OrderItem &o : order_)
+        columns << QStringLiteral("qdb_v.") + Quote(record_.fieldName(o.column));
+    const QString where = match.join(QStringLiteral(" AND "));
+    SQLRows own;
+    Query(QStringLiteral("SELECT %1 FROM (%2) qdb_v WHERE %3").arg(columns.join(QStringLiteral(", ")), shape_.body, where),
+          shape_.params + keyValues, own, 1);
+    if (!own.Count())
+        return -1;
     // Counting the rows on one side of the record needs no sort and no rows read. Of the
     // two sides, one holds the block of NULLs and the other does not: that other one is
     // counted, with the rows that are not on it making the place.
-    Side before, after;
-    if (!side(keyValues, false, before))
-        return -1;
+    const Side before = side(keyValues, where, own, false), after = side(keyValues, where, own, true);
     const bool fromEnd = !before.far.isEmpty();
-    if (fromEnd && !side(keyValues, true, after))
-        return -1;
     const Side &counted = fromEnd ? after : before;
     SQLRows rows;
     Query(QStringLiteral("SELECT COUNT(*) FROM (%1) qdb_q WHERE %2").arg(shape_.body, counted.near), shape_.params + counted.nearParams,
@@ -166,9 +163,7 @@ void SQLRowSource::readNearAnchor(qint64 first, int n, SQLRows &rows)
     // `take` rows of one side, `skip` rows away from the record: the near ones first, then
     // the far block.
     auto read = [&](bool after, qint64 skip, qint64 take, SQLRows &out) {
-        Side &s = anchorSides_[after ? 1 : 0];
-        if (s.near.isEmpty() && !side(anchorKeys_, after, s))
-            return;
+        const Side &s = anchorSides_[after ? 1 : 0];
         // Each part holds NULL in its first column everywhere or nowhere: where NULL goes in
         // it does not matter, and saying nothing leaves an index on it usable.
         const QString order = OrderClause(QStringLiteral("qdb_q"), !after, false);
@@ -190,8 +185,7 @@ void SQLRowSource::readNearAnchor(qint64 first, int n, SQLRows &rows)
         const qint64 take = qMin(end, anchorPosition_) - first;
         SQLRows back;
         read(false, anchorPosition_ - first - take, take, back);
-        for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
-            rows.values.insert(rows.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
+        rows.AppendReversed(back);
     }
     if (end > anchorPosition_) { // the record itself and after it
         const qint64 from = qMax(first, anchorPosition_);

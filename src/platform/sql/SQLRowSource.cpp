@@ -496,8 +496,7 @@ void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
         Query(QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2 LIMIT ?").arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true)),
               shape_.params + QList<QVariant>{stretch}, back, stretch);
         tail_.columns = record_.count();
-        for (qsizetype r = qsizetype(back.Count()) - 1; r >= 0; --r)
-            tail_.values.insert(tail_.values.end(), back.values.begin() + r * back.columns, back.values.begin() + (r + 1) * back.columns);
+        tail_.AppendReversed(back);
     }
     const qint64 tailFirst = count_ - qint64(tail_.Count());
     const qint64 from = qMax(first, tailFirst), to = qMin(first + n, count_);

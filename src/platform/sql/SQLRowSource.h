@@ -45,6 +45,12 @@ struct SQLRows
     int columns = 0;
     std::vector<Variant> values; // as the database hands them over, before typing
     size_t Count() const { return columns ? values.size() / size_t(columns) : 0; }
+    // Appends the rows of `read`, last first: rows read in the order turned round.
+    void AppendReversed(const SQLRows &read)
+    {
+        for (qsizetype r = qsizetype(read.Count()) - 1; r >= 0; --r)
+            values.insert(values.end(), read.values.begin() + r * read.columns, read.values.begin() + (r + 1) * read.columns);
+    }
 };
 
 // The result a data set shows: its statement split into parts the source can rewrite.
@@ -199,12 +205,12 @@ private:
     // The rows on one side of a record: see side().
     struct Side
     {
-        QString near; // empty: not worked out yet
+        QString near; // empty: no record kept
         QList<QVariant> nearParams;
         QString far;
         bool farIsNull = false;
     };
-    bool side(const QList<QVariant> &keyValues, bool after, Side &result);
+    Side side(const QList<QVariant> &keyValues, const QString &where, const SQLRows &own, bool after) const;
     qint64 nullCount();
     qint64 farCount(const Side &side);
     qint64 indexPositionOf(const QList<QVariant> &keyValues);
