@@ -127,6 +127,7 @@ void TQDBCustomData::SetRecNo(int recNo)
 {
     if (recNo == RecNo())
         return;
+    const NavigationScope moving(this);
     DoBeforeScroll();
     cursor_ = recNo - 1;
     Resync({rmCenter});

@@ -2,6 +2,13 @@
 #include "QDBColumns.h"
 #include "QDBGrid.h"
 
+#include "platform/db/DataSet.h"
+#include "platform/db/FieldSummary.h"
+#include "platform/rtl/Exceptions.h"
+#include "platform/rtl/Conversions.h"
+#include "platform/rtl/Format.h"
+#include "platform/rtl/FormatDateTime.h"
+
 namespace qdb {
 
 TQColumnTotalValue::TQColumnTotalValue(TCollection *collection) : TCollectionItem(collection) {}
@@ -25,6 +32,12 @@ void TQColumnTotalValue::changed()
         Changed(false);
     else if (TQColumn *column = Column())
         column->LayoutChanged();
+}
+
+void TQColumnTotalValue::calcChanged()
+{
+    if (TQCustomDBGrid *grid = Grid())
+        grid->UpdateTotals(true);
 }
 
 TAlignment TQColumnTotalValue::GetAlignment() const
@@ -74,7 +87,226 @@ void TQColumnTotalValue::SetFont(const QFont &value)
 void TQColumnTotalValue::SetValue(const Variant &value)
 {
     value_ = value;
-    changed();
+    if (TQCustomDBGrid *grid = Grid())
+        grid->InvalidateGrid(); // the text only: the rows keep their sizes
+}
+
+TQCustomDBGrid *TQColumnTotalValue::Grid() const
+{
+    TQColumn *column = Column();
+    return column ? column->GetGrid() : nullptr;
+}
+
+TField *TQColumnTotalValue::GetField() const
+{
+    TQCustomDBGrid *grid = Grid();
+    TDataSet *ds = grid ? grid->DataSet() : nullptr;
+    return ds && !fieldName_.isEmpty() ? ds->FindField(fieldName_) : nullptr;
+}
+
+bool TQColumnTotalValue::DoCalcValue(TCalcPass pass)
+{
+    TQCustomDBGrid *grid = Grid();
+    if (totalResult_ != trCalcValue) {
+        if (pass == cpFinal && totalResult_ == trCaption && grid)
+            grid->InvalidateGrid(); // the caption is drawn again with the new figures
+        return false;
+    }
+    if (pass == cpCalcRec && calcApply_ != caBoth && grid
+        && (calcApply_ == caSelectedRows) != grid->CalculatingSelectedRows())
+        return false;
+    switch (pass) {
+    case cpReset: {
+        counter_ = 0;
+        Variant start;
+        if (grid && grid->OnTotalCalcValue)
+            grid->OnTotalCalcValue(this, cpReset, start);
+        value_ = start;
+        break;
+    }
+    case cpCalcRec: {
+        TField *field = GetField();
+        if (!fieldName_.isEmpty() && !field)
+            return false; // a name of no field: the total shows nothing
+        CalcRecord(field ? field->Value() : Variant());
+        break;
+    }
+    case cpFinal: {
+        Variant v = value_;
+        if (calcValue_ == cvAvg)
+            v = counter_ > 0 && v.IsNumeric() ? v / Variant(qint64(counter_)) : Variant();
+        if (grid && grid->OnTotalCalcValue)
+            grid->OnTotalCalcValue(this, cpFinal, v);
+        SetValue(v);
+        break;
+    }
+    }
+    return true;
+}
+
+void TQColumnTotalValue::CalcRecord(Variant v)
+{
+    // Floats add up as currency: a sum of a million prices stays exact to the cent.
+    v = SummaryValue(v);
+    TQCustomDBGrid *grid = Grid();
+    if (grid && grid->OnTotalCalcValue)
+        grid->OnTotalCalcValue(this, cpCalcRec, v);
+    if (v.IsNull()) {
+        if (nullValue_ == nvExclude)
+            return;
+        if (nullValue_ == nvAsZero)
+            v = 0;
+    }
+    ++counter_;
+    switch (calcValue_) {
+    case cvSum:
+    case cvAvg:
+        if (v.IsNumeric())
+            value_ = value_.IsClear() ? v : value_ + v;
+        break;
+    case cvCount: value_ = value_.IsUnassigned() ? Variant(1) : value_ + Variant(1); break;
+    case cvMax:
+        if (value_.IsUnassigned() || v > value_)
+            value_ = v;
+        break;
+    case cvMin:
+        if (value_.IsUnassigned() || v < value_)
+            value_ = v;
+        break;
+    case cvFirst:
+        if (counter_ == 1)
+            value_ = v;
+        break;
+    case cvLast: value_ = v; break;
+    case cvUnique:
+        if (counter_ == 1)
+            value_ = v;
+        else if (v != value_)
+            value_ = Variant::Null();
+        break;
+    case cvCustom: break;
+    }
+}
+
+void TQColumnTotalValue::SetCalcState(const Variant &value, quint32 counted)
+{
+    value_ = value;
+    counter_ = counted;
+}
+
+TQColumnTotalValue *TQColumnTotalValue::referredTotal() const
+{
+    TQCustomDBGrid *grid = Grid();
+    TQColumn *column = grid && !fieldName_.isEmpty() ? grid->GetColumns()->FindColumn(fieldName_) : nullptr;
+    if (!column)
+        return nullptr;
+    // Numbered top to bottom: 0 the header, 1 the first of the values, then the footer.
+    const int values = column->GetTotalValues()->Count();
+    if (totalRecNo_ == 0)
+        return column->GetTotalHeader();
+    if (totalRecNo_ >= 1 && totalRecNo_ <= values)
+        return column->GetTotalValues()->Items(totalRecNo_ - 1);
+    return totalRecNo_ == values + 1 ? column->GetTotalFooter() : nullptr;
+}
+
+QString TQColumnTotalValue::formatted(const Variant &value, const TField *field) const
+{
+    if (value.IsClear())
+        return NullValueString();
+    try {
+        if (!format_.isEmpty()) {
+            if (value.Type() == VarType::DateTime && !formatAsFloat_)
+                return FormatDateTime(format_, value.ToDateTime());
+            return Format(format_, {formatAsFloat_ ? Variant(value.ToDouble()) : value});
+        }
+        // A figure of the field's own kind looks like the field's values.
+        if (field && !formatAsFloat_) {
+            if (const auto *numeric = qobject_cast<const TNumericField *>(field);
+                numeric && !numeric->DisplayFormat().isEmpty() && value.IsNumeric())
+                return Format(numeric->DisplayFormat(), {value});
+            if (const auto *date = qobject_cast<const TDateTimeField *>(field);
+                date && !date->DisplayFormat().isEmpty() && value.Type() == VarType::DateTime)
+                return FormatDateTime(date->DisplayFormat(), value.ToDateTime());
+        }
+    } catch (const Exception &) {
+        // A format that does not fit the value: the plain text rather than an error in a paint.
+    }
+    if (formatAsFloat_ && value.IsNumeric())
+        return FloatToStr(value.ToDouble());
+    return value.ToString();
+}
+
+QString TQColumnTotalValue::GetTotalText() const
+{
+    switch (totalResult_) {
+    case trNone: return {};
+    case trCaption: return caption_;
+    case trDataField: {
+        TField *field = GetField();
+        if (!field && fieldName_.isEmpty() && Column())
+            field = Column()->GetField();
+        if (!field || !field->DataSet() || !field->DataSet()->Active() || field->DataSet()->IsEmpty())
+            return NullValueString();
+        return format_.isEmpty() && !formatAsFloat_ ? field->DisplayText() : formatted(field->Value(), field);
+    }
+    case trTotalField: {
+        static int depth = 0; // totals that refer to each other in a circle end somewhere
+        const TQColumnTotalValue *other = referredTotal();
+        if (!other || other == this || depth > 8)
+            return NullValueString();
+        ++depth;
+        QString text;
+        try {
+            text = format_.isEmpty() && !formatAsFloat_ ? other->GetTotalText() : formatted(other->Value(), other->GetField());
+        } catch (...) {
+            --depth;
+            throw;
+        }
+        --depth;
+        return text;
+    }
+    case trCalcValue: {
+        TField *field = GetField();
+        if (!field && fieldName_.isEmpty() && Column())
+            field = Column()->GetField();
+        // A count is no value of the field.
+        return formatted(value_, calcValue_ == cvCount ? nullptr : field);
+    }
+    }
+    return {};
+}
+
+QString TQColumnTotalValue::DisplayName() const
+{
+    QString name;
+    if (TField *field = GetField())
+        name = field->FieldName();
+    else if (!fieldName_.isEmpty())
+        name = fieldName_;
+    else if (Column() && !Column()->GetFieldName().isEmpty())
+        name = Column()->GetFieldName();
+    else if (totalResult_ == trDataField && Column())
+        name = QLatin1Char('(') + Column()->GetTitle()->GetCaption() + QLatin1Char(')');
+    else
+        name = QStringLiteral("<Unknown>");
+    switch (totalResult_) {
+    case trNone: return QStringLiteral("<None>");
+    case trCaption:
+        if (!caption_.isEmpty())
+            return caption_;
+        return value_.IsNull() ? QStringLiteral("<Null>") : QStringLiteral("<Empty>");
+    case trDataField:
+        return (fieldName_.isEmpty() ? QStringLiteral("ColumnData: ") : QStringLiteral("DataField: ")) + name;
+    case trTotalField:
+        if (fieldName_.isEmpty())
+            return QStringLiteral("TotalField: <Unknown>");
+        return QStringLiteral("TotalField: ") + name + QLatin1Char('[') + QString::number(totalRecNo_) + QLatin1Char(']');
+    case trCalcValue: {
+        static const char *const functions[] = {"Sum(", "Avg(", "Count(", "Max(", "Min(", "First(", "Last(", "Unique(", "Custom("};
+        return QLatin1String(functions[calcValue_]) + name + QLatin1Char(')');
+    }
+    }
+    return name;
 }
 
 TQColumnTotalValues::TQColumnTotalValues(TQColumn *column) : TCollectionOf<TQColumnTotalValue>(column) {}
@@ -84,9 +316,12 @@ TQColumn *TQColumnTotalValues::Column() const
     return static_cast<TQColumn *>(Owner());
 }
 
-void TQColumnTotalValues::Update(TCollectionItem *)
+void TQColumnTotalValues::Update(TCollectionItem *item)
 {
     Column()->LayoutChanged(); // a value added or removed changes the number of bottom rows
+    if (!item) // added or removed, not one of them changed
+        if (TQCustomDBGrid *grid = Column()->GetGrid())
+            grid->UpdateTotals(true);
 }
 
 QString &NullValueString()

@@ -17,7 +17,9 @@
 
 namespace qdb {
 
+class TField;
 class TQColumn;
+class TQCustomDBGrid;
 
 class TQColumnTotalValue : public TCollectionItem
 {
@@ -78,15 +80,15 @@ public:
     Q_INVOKABLE bool IsFontStored() const { return fontAssigned_; }
 
     TCalcApply GetCalcApply() const { return calcApply_; }
-    void SetCalcApply(TCalcApply value) { assign(calcApply_, value); }
+    void SetCalcApply(TCalcApply value) { assignCalc(calcApply_, value); }
     TCalcValue GetCalcValue() const { return calcValue_; }
-    void SetCalcValue(TCalcValue value) { assign(calcValue_, value); }
+    void SetCalcValue(TCalcValue value) { assignCalc(calcValue_, value); }
     QString GetCaption() const { return caption_; }
     void SetCaption(const QString &value) { assign(caption_, value); }
     bool GetEllipsis() const { return ellipsis_; }
     void SetEllipsis(bool value) { assign(ellipsis_, value); }
     QString GetFieldName() const { return fieldName_; }
-    void SetFieldName(const QString &value) { assign(fieldName_, value); }
+    void SetFieldName(const QString &value) { assignCalc(fieldName_, value); }
     QString GetFormat() const { return format_; }
     void SetFormat(const QString &value) { assign(format_, value); }
     bool GetFormatAsFloat() const { return formatAsFloat_; }
@@ -96,7 +98,7 @@ public:
     int GetImageIndex() const { return imageIndex_; }
     void SetImageIndex(int value) { assign(imageIndex_, value); }
     TNullValue GetNullValue() const { return nullValue_; }
-    void SetNullValue(TNullValue value) { assign(nullValue_, value); }
+    void SetNullValue(TNullValue value) { assignCalc(nullValue_, value); }
     QMenu *GetPopupMenu() const { return popupMenu_; }
     void SetPopupMenu(QMenu *menu) { popupMenu_ = menu; }
     TTotalBox GetTotalBox() const { return totalBox_; }
@@ -104,7 +106,7 @@ public:
     int GetTotalRecNo() const { return totalRecNo_; }
     void SetTotalRecNo(int value) { assign(totalRecNo_, value); }
     TTotalResult GetTotalResult() const { return totalResult_; }
-    void SetTotalResult(TTotalResult value) { assign(totalResult_, value); }
+    void SetTotalResult(TTotalResult value) { assignCalc(totalResult_, value); }
     TVAlignment GetVAlignment() const { return vAlignment_; }
     void SetVAlignment(TVAlignment value) { assign(vAlignment_, value); }
     bool GetVisible() const { return visible_; }
@@ -113,7 +115,25 @@ public:
     void SetWordWrap(bool value) { assign(wordWrap_, value); }
 
     const Variant &Value() const { return value_; }
+    // Repaints the section.
     void SetValue(const Variant &value);
+
+    TQCustomDBGrid *Grid() const;
+    // The field FieldName names in the grid's data set; nullptr when it names none.
+    TField *GetField() const;
+    // One step of a calculation pass; answers whether the value takes part in calculated
+    // totals. The record pass reads the field in the data set's current record.
+    virtual bool DoCalcValue(TCalcPass pass);
+    // The record pass with the field's value given (the record read some other way).
+    void CalcRecord(Variant value);
+    // Takes the state a record pass over many records would have left: the value and the
+    // number of records counted.
+    void SetCalcState(const Variant &value, quint32 counted);
+    quint32 RecordsCounted() const { return counter_; }
+    // The text the section shows, before the grid's OnTotalGetText.
+    QString GetTotalText() const;
+    // "Sum(Price)", "DataField: Price", "<None>": what the section is, in a list of them.
+    QString DisplayName() const override;
 
 private:
     template<typename T>
@@ -125,6 +145,20 @@ private:
         changed();
     }
     void changed();
+    template<typename T>
+    void assignCalc(T &member, const T &value)
+    {
+        if (member == value)
+            return;
+        member = value;
+        changed();
+        calcChanged();
+    }
+    // What the section calculates changed: the grid calculates again.
+    void calcChanged();
+    // The total another one refers to (trTotalField), nullptr when there is none.
+    TQColumnTotalValue *referredTotal() const;
+    QString formatted(const Variant &value, const TField *field) const;
 
     TQColumn *column_ = nullptr; // the owner of a header or footer
     TAlignment alignment_ = taLeftJustify;
@@ -150,6 +184,7 @@ private:
     bool visible_ = true;
     bool wordWrap_ = true;
     Variant value_;
+    quint32 counter_ = 0; // records counted by the calculation
 };
 
 class TQColumnTotalHeader : public TQColumnTotalValue

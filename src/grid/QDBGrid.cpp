@@ -13,6 +13,7 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
     d_->style = new TQGridStyle(this);
     d_->titleFont = font();
     d_->link.reset(CreateDataLink());
+    d_->totals = new TQDBGridTotals(this);
     d_->selectedRows = std::make_unique<TQBookmarkList>(this);
     d_->selectedCols = std::make_unique<TQColumnList>(this);
     RegisterSetType<TMultiSelection>();
@@ -24,9 +25,11 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
 
 TQCustomDBGrid::~TQCustomDBGrid()
 {
+    d_->destroying = true;
     SetMasterGrid(nullptr);
     for (TQCustomDBGrid *slave : SlaveGrids())
         slave->d_->master = nullptr;
+    d_->totals->DataLink()->SetDataSource(nullptr);
     d_->link->SetDataSource(nullptr);
 }
 
@@ -78,6 +81,7 @@ void TQCustomDBGrid::SetDataSource(TDataSource *source)
     if (source == GetDataSource())
         return;
     d_->link->SetDataSource(source);
+    d_->totals->DataLink()->SetDataSource(source);
     LinkActive(d_->link->Active());
 }
 

@@ -17,6 +17,7 @@
 namespace qdb {
 
 class TQCustomDBGrid;
+class TQDBGridTotals;
 
 // The spacings of the grid's rows and title columns.
 class TQGridStyle : public QObject
@@ -458,11 +459,38 @@ public:
     TNotifyEvent OnOrderChanged;
     TNotifyEvent OnOrderUpdated;
 
+    // ---- totals ----
+    // Every column's header, values and footer sections, the timer of delayed updates and
+    // the link that asks for them.
+    TQDBGridTotals *Totals() const;
+    // One pass over the sections that take part; true when any calculated value does.
+    virtual bool DoCalcValues(TCalcPass pass, bool selected);
+    // A whole calculation: reset, the records, final. A selected-rows calculation
+    // (`selected`) fills only the sections calculated over the selected rows.
+    virtual void UpdateCalcValues(bool selected);
+    // Asks for a calculation; `autoUpdate` marks a request of the grid's own after a
+    // change, which dgAutoUpdateTotals allows. With dgDelayUpdateTotals a burst of requests
+    // costs one calculation, DelayInterval milliseconds after the last.
+    virtual void UpdateTotals(bool autoUpdate);
+    void DelayUpdateTotals(TObject *sender);
+    void TotalsUpdated();
+    // Whether the calculation running goes through the selected rows (else every record).
+    bool CalculatingSelectedRows() const;
+    using TTotalCalcQueryEvent = std::function<void(TObject *sender, TDataSet *dataSet, bool &accept)>;
+    using TTotalCalcValueEvent = std::function<void(TQColumnTotalValue *total, TCalcPass pass, Variant &value)>;
+    using TTotalGetTextEvent = std::function<void(TQColumn *column, int index, QString &text, TTotalTextKind kind)>;
+    // Asked for each record of a calculation: a refusal leaves it out of every total.
+    TTotalCalcQueryEvent OnTotalCalcQuery;
+    // Called for every calculated value in every pass; the whole calculation of cvCustom.
+    TTotalCalcValueEvent OnTotalCalcValue;
+    // Index: -1 the header, then the values from 0, then the footer.
+    TTotalGetTextEvent OnTotalGetText;
+    TNotifyEvent OnTotalsUpdated;
+
     // Filled in by later features; the record window calls them at their moments.
     virtual void UpdateFilter() {}
     virtual void UpdateListItems(bool) {}
     virtual void UpdateSequence(bool) {}
-    virtual void UpdateTotals(bool) {}
     virtual void UpdateTreeView(bool) {}
     // The editor shows the field again when nothing typed is pending.
     virtual void InvalidateEditor();

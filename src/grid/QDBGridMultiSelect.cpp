@@ -48,6 +48,7 @@ void TQCustomDBGrid::EndSelect()
         InvalidateGrid();
         if (OnRowSelect)
             OnRowSelect(this, d_->lastSelectAction);
+        d_->totals->SelectionChanged();
     }
 }
 

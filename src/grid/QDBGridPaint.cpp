@@ -278,15 +278,10 @@ int TQCustomDBGrid::CheckBoxState(TQColumn *column) const
 
 QString TQCustomDBGrid::TotalText(TQColumnTotalValue *total) const
 {
-    switch (total->GetTotalResult()) {
-    case trNone: return {};
-    case trCaption: return total->GetCaption();
-    default: break;
-    }
-    const Variant &value = total->Value();
-    if (value.IsClear())
-        return NullValueString();
-    return value.ToString();
+    QString text = total->GetTotalText();
+    if (OnTotalGetText)
+        OnTotalGetText(total->Column(), TQDBGridTotals::IndexOf(total), text, tkText);
+    return text;
 }
 
 TQColumnTotalValue *TQCustomDBGrid::TotalAt(TQColumn *column, int row) const

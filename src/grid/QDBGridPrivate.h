@@ -3,6 +3,7 @@
 // The state of the data grid, shared by the files that implement it.
 
 #include "QDBGrid.h"
+#include "QDBGridTotals.h"
 
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
@@ -31,6 +32,8 @@ private:
 struct TQCustomDBGrid::Private
 {
     std::unique_ptr<TQGridDataLink> link;
+    TQDBGridTotals *totals = nullptr; // a child of the grid
+    bool destroying = false;
     TQDBGridColumns *columns = nullptr;
     TQGridStyle *style = nullptr;
     TQDBGridOptions options{dgEditing, dgTitles, dgIndicator, dgColumnResize, dgColLines, dgRowLines, dgTabs,

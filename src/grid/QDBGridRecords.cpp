@@ -115,7 +115,6 @@ void TQCustomDBGrid::LinkActive(bool value)
         SynchronizeWithMaster();
         AlwaysShowEditor();
     }
-    UpdateTotals(true);
     // Activation often happens while a form is still being built: once the events of
     // building it are through, the grid fits itself again.
     if (value)
@@ -146,7 +145,6 @@ void TQCustomDBGrid::DataChanged()
         UpdateTreeView(false);
         UpdateListItems(true);
         UpdateSequence(true);
-        UpdateTotals(true);
     }
     UpdateRowCount();
     UpdateScrollBar();

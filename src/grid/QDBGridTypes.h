@@ -103,6 +103,9 @@ enum TNullValue { nvExclude, nvInclude, nvAsZero };
 Q_ENUM_NS(TNullValue)
 enum TTotalBox { tbFalse, tbTrue, tbAuto };
 Q_ENUM_NS(TTotalBox)
+// What a total's text is asked for: the cell, or the tip over it.
+enum TTotalTextKind { tkText, tkHint };
+Q_ENUM_NS(TTotalTextKind)
 enum TQSettingsOption {
     soLoadLayout, soSaveLayout, soUserSettings, soStretchMode, soOrderFields, soLinesCount, soMultiSelect,
     soSelectedRow, soStripedRows, soAutoFilter, soFiltered, soFilters

@@ -80,6 +80,7 @@ void TDataSet::SetActive(bool on)
 {
     if (Active() == on)
         return;
+    DataContentChanged();
     if (on) {
         Fire(BeforeOpen, this);
         openCursor();
@@ -470,6 +471,7 @@ void TDataSet::Resync(TResyncMode mode)
 void TDataSet::First()
 {
     CheckBrowseMode();
+    const NavigationScope moving(this);
     DoBeforeScroll();
     clearBuffers();
     try {
@@ -491,6 +493,7 @@ void TDataSet::Last()
     if (IsUnidirectional())
         DatabaseError(DBConsts::SDataSetUnidirectional(), this);
     CheckBrowseMode();
+    const NavigationScope moving(this);
     DoBeforeScroll();
     clearBuffers();
     try {
@@ -517,6 +520,7 @@ int TDataSet::MoveBy(int distance)
         eof_ = false;
         // Far beyond the window: stepping record by record would read everything between.
         if (std::abs(distance) > 2 * bufferCount_ + recordCount_) {
+            const NavigationScope moving(this);
             UpdateCursorPos();
             if (InternalJump(distance, result)) {
                 Resync({rmCenter});
@@ -600,6 +604,7 @@ void TDataSet::GotoBookmark(const TBookmark &bookmark)
     if (bookmark.isEmpty())
         return;
     CheckBrowseMode();
+    const NavigationScope moving(this);
     DoBeforeScroll();
     InternalGotoBookmark(bookmark);
     Resync({rmExact, rmCenter});
@@ -637,6 +642,8 @@ void TDataSet::EnableControls()
     if (--disableCount_ == 0) {
         if (disableState_ != state_)
             DataEvent(deUpdateState, 0);
+        // What changed meanwhile counted when it happened.
+        const NavigationScope showing(this);
         if (disableState_ != dsInactive && state_ != dsInactive)
             DataEvent(enableEvent_, 0);
     }
@@ -644,6 +651,8 @@ void TDataSet::EnableControls()
 
 void TDataSet::DataEvent(TDataEvent event, qintptr info)
 {
+    if (event == deDataSetChange && navigating_ == 0)
+        DataContentChanged();
     if (dataSources_.isEmpty() && event != deFieldChange && event != deUpdateState && event != deLayoutChange)
         return; // nobody listens: the common case of a walk in code
     if (event == deFieldChange) {
@@ -953,6 +962,7 @@ void TDataSet::Post()
         DataEvent(deCheckBrowseMode, 0);
         Fire(BeforePost, this);
         InternalPost(); // a refusal leaves the record in edit state with its values
+        DataContentChanged();
         SetState(dsBrowse);
         Resync({});
         Fire(AfterPost, this);
@@ -998,6 +1008,7 @@ void TDataSet::Delete()
     DoBeforeScroll();
     UpdateCursorPos();
     InternalDelete();
+    DataContentChanged();
     SetState(dsBrowse);
     Resync({});
     Fire(AfterDelete, this);
@@ -1027,6 +1038,7 @@ void TDataSet::Refresh()
     Fire(BeforeRefresh, this);
     CheckBrowseMode();
     UpdateCursorPos();
+    DataContentChanged();
     try {
         InternalRefresh();
     } catch (...) {
@@ -1094,6 +1106,7 @@ bool TDataSet::Locate(const QString &keyFields, const Variant &keyValues, TLocat
 {
     CheckBrowseMode();
     const QList<TField *> fields = GetFieldList(keyFields);
+    const NavigationScope moving(this);
     DoBeforeScroll();
     const bool found = LocateRecord(fields, keyValues, options, true);
     if (found) {
@@ -1134,8 +1147,10 @@ void TDataSet::SetFilter(const QString &text)
     }
     filterText_ = text;
     filterExpr_ = std::move(parsed);
-    if (filtered_ && Active())
+    if (filtered_ && Active()) {
+        DataContentChanged();
         FilterChanged();
+    }
 }
 
 void TDataSet::SetFiltered(bool on)
@@ -1145,6 +1160,7 @@ void TDataSet::SetFiltered(bool on)
     if (Active()) {
         CheckBrowseMode();
         filtered_ = on;
+        DataContentChanged();
         FilterChanged();
     } else {
         filtered_ = on;
@@ -1158,16 +1174,20 @@ void TDataSet::SetFilterOptions(TFilterOptions options)
     filterOptions_ = options;
     if (Active()) {
         compileFilter();
-        if (filtered_)
+        if (filtered_) {
+            DataContentChanged();
             FilterChanged();
+        }
     }
 }
 
 void TDataSet::SetOnFilterRecord(const TFilterRecordEvent &handler)
 {
     onFilterRecord_ = handler;
-    if (filtered_ && Active())
+    if (filtered_ && Active()) {
+        DataContentChanged();
         FilterChanged();
+    }
 }
 
 void TDataSet::FilterChanged()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FieldSummary.h"
 #include "FieldTypes.h"
 #include "Fields.h"
 
@@ -154,6 +155,10 @@ public:
     // index or sort, a refresh, an edit that moves a record): whoever keeps bookmarks
     // sorted by CompareBookmarks sorts them again when it sees a new value.
     quint64 OrderVersion() const { return orderVersion_; }
+    // Grows whenever the records or their values may have changed (opening, a post, a
+    // delete, a refresh, a new filter, any change the data set announces), but not when the
+    // cursor merely moves: whoever keeps figures over all records knows when to work again.
+    quint64 DataVersion() const { return dataVersion_; }
 
     // The longest value of a data field as text, when the data set can tell without walking
     // its records (a query over a SQL result); false when it cannot.
@@ -161,6 +166,27 @@ public:
     {
         Q_UNUSED(field);
         Q_UNUSED(text);
+        return false;
+    }
+
+    // Figures over all records (under the filter) the data set can tell without walking them,
+    // one for each request; false when it cannot, and the caller walks the records.
+    virtual bool Summarize(const QList<TFieldSummaryRequest> &requests, TDataSetSummary &summary)
+    {
+        Q_UNUSED(requests);
+        Q_UNUSED(summary);
+        return false;
+    }
+    // Hands the values of the fields in the records of the bookmarks to `each`, record by
+    // record in the order of the list, without moving the cursor; records no longer there
+    // are left out. False when the data set cannot, and the caller goes to each record.
+    using TRecordValuesProc = std::function<void(const QList<Variant> &values)>;
+    virtual bool ReadRecords(const QList<TBookmark> &bookmarks, const QList<TField *> &fields,
+                             const TRecordValuesProc &each)
+    {
+        Q_UNUSED(bookmarks);
+        Q_UNUSED(fields);
+        Q_UNUSED(each);
         return false;
     }
 
@@ -318,6 +344,20 @@ protected:
     void SetModified(bool on) { modified_ = on; }
     // Descendants call it when the relative order of their records changed.
     void OrderChanged() { ++orderVersion_; }
+    // Descendants hold it while they only move the cursor: the data events it sends meanwhile
+    // do not change DataVersion.
+    class NavigationScope
+    {
+    public:
+        explicit NavigationScope(TDataSet *ds) : ds_(ds) { ++ds_->navigating_; }
+        ~NavigationScope() { --ds_->navigating_; }
+        NavigationScope(const NavigationScope &) = delete;
+        NavigationScope &operator=(const NavigationScope &) = delete;
+
+    private:
+        TDataSet *ds_;
+    };
+    void DataContentChanged() { ++dataVersion_; }
     void CheckActive() const;
     void CheckInactive() const;
     void CheckCanModify() const;
@@ -381,6 +421,8 @@ private:
     bool autoCalcFields_ = true;
     bool fieldsBound_ = false;
     quint64 orderVersion_ = 0;
+    quint64 dataVersion_ = 0;
+    int navigating_ = 0;
 
     std::vector<std::unique_ptr<TRecordBuffer>> buffers_; // bufferCount_ + 1, the last one spare
     int bufferCount_ = 0;

@@ -525,6 +525,7 @@ void TMemTable::SetRecNo(int recNo)
     recNo = qBound(1, recNo, int(view_.size()));
     if (recNo == RecNo())
         return;
+    const NavigationScope moving(this);
     DoBeforeScroll();
     cursor_ = recNo - 1;
     Resync({rmCenter});

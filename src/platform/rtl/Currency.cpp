@@ -34,7 +34,10 @@ qint64 roundedDiv(Wide n, Wide d)
 
 Currency Currency::FromDouble(double v)
 {
-    const double scaled = std::round(v * double(Scale));
+    // Half away from zero, added and truncated: the same steps a database's SQL can take, so
+    // that a sum it computes of rounded values matches one made here to the last digit.
+    const double product = v * double(Scale);
+    const double scaled = product < 0 ? -std::trunc(-product + 0.5) : std::trunc(product + 0.5);
     if (!std::isfinite(scaled) || std::fabs(scaled) >= 9.2e18)
         throw EConvertError(QCoreApplication::translate("qdb", "%1 is not within the valid range of currency values")
                                 .arg(v));

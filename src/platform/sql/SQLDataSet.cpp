@@ -409,6 +409,15 @@ QList<QVariant> TCustomSQLDataSet::keyValuesAt(qint64 position) const
     return keys;
 }
 
+bool TCustomSQLDataSet::bookmarkKeys(const TBookmark &bookmark, QList<QVariant> &keys)
+{
+    SQLBookmark b;
+    if (!SQLBookmark::Read(bookmark, b))
+        return false;
+    keys = b.keys;
+    return true;
+}
+
 qint64 TCustomSQLDataSet::positionOf(const TBookmark &bookmark) const
 {
     SQLBookmark b;
@@ -536,6 +545,7 @@ void TCustomSQLDataSet::SetRecNo(int recNo)
     recNo = int(qBound(qint64(1), qint64(recNo), total));
     if (recNo == RecNo())
         return;
+    const NavigationScope moving(this);
     DoBeforeScroll();
     pos_ = recNo - 1;
     Resync({rmCenter});

@@ -65,6 +65,12 @@ public:
     int CompareBookmarks(const TBookmark &a, const TBookmark &b) const override;
 
     bool LongestText(TField *field, QString &text) const override;
+    // One aggregate query over the result; false under an OnFilterRecord filter, which only
+    // the records themselves can answer.
+    bool Summarize(const QList<TFieldSummaryRequest> &requests, TDataSetSummary &summary) override;
+    // The records' rows by their keys, a few hundred a statement; false without a key.
+    bool ReadRecords(const QList<TBookmark> &bookmarks, const QList<TField *> &fields,
+                     const TRecordValuesProc &each) override;
 
     // Rows held in memory now (bounded, whatever the size of the result).
     int CachedRows() const;
@@ -127,6 +133,9 @@ private:
     void rowsWritten(qint64 position, const QList<QVariant> &written);
     QList<QVariant> keyValuesAt(qint64 position) const;
     qint64 positionOf(const TBookmark &bookmark) const;
+    // The key values a bookmark holds (none for a data set without a key); false for what is
+    // no bookmark of a SQL data set.
+    static bool bookmarkKeys(const TBookmark &bookmark, QList<QVariant> &keys);
     void releaseLater() const;
     qint64 count() const;
     // The values of the row at a position (one per data field), nullptr past the end.

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QSqlError>
+#include <QSqlField>
 
 namespace qdb {
 
@@ -117,6 +118,44 @@ protected:
     {
         return {QStringLiteral("SELECT * FROM %1 WHERE qdb_pos BETWEEN ? AND ? ORDER BY qdb_pos").arg(table), {first, last}};
     }
+    // Values as the driver hands them to the data set: a real as its shortest text, which is
+    // what the data set reads; text compared by code point, as the application compares it.
+    QString SummaryExpression(const QString &column, int index, SQLValueKind kind, bool compared) const override
+    {
+        enum Oid { Bool = 16, Bytea = 17, Name = 19, Text = 25, Float4 = 700, Float8 = 701, Bpchar = 1042, Varchar = 1043, Numeric = 1700 };
+        const int type = record_.field(index).typeID();
+        switch (kind) {
+        case SQLValueKind::Integer: return column;
+        case SQLValueKind::Currency: {
+            QString real;
+            if (type == Float4)
+                real = QStringLiteral("CAST(CAST(%1 AS text) AS float8)").arg(column);
+            else if (type == Float8)
+                real = column;
+            else if (type == Numeric)
+                real = QStringLiteral("CAST(%1 AS float8)").arg(column);
+            else
+                return {};
+            return QStringLiteral("CAST(CASE WHEN %1 < 0 THEN -trunc(-(%1) * 10000::float8 + 0.5::float8) "
+                                  "ELSE trunc(%1 * 10000::float8 + 0.5::float8) END AS bigint)")
+                .arg(real);
+        }
+        case SQLValueKind::ExactCurrency:
+            return type == Numeric ? QStringLiteral("CAST(round(%1 * 10000) AS bigint)").arg(column) : QString();
+        case SQLValueKind::Text:
+            if (!compared)
+                return column;
+            return type == Text || type == Varchar || type == Bpchar || type == Name ? column + QStringLiteral(" COLLATE \"C\"")
+                                                                                     : QString();
+        case SQLValueKind::Boolean:
+            return compared && type == Bool ? QStringLiteral("CAST(%1 AS int)").arg(column) : column;
+        case SQLValueKind::Bytes: return compared || type != Bytea ? QString() : column;
+        case SQLValueKind::DateTime: return column;
+        }
+        return {};
+    }
+    QString WholeSum(const QString &value) const override { return QStringLiteral("CAST(SUM(%1) AS bigint)").arg(value); }
+
     QString IndexPosition() const override { return QStringLiteral("qdb_i.qdb_pos"); }
     QString IndexColumn(int column) const override { return QStringLiteral("qdb_c%1").arg(column); }
 };

@@ -344,6 +344,20 @@ Variant SQLRowSource::LongestText(int column)
     });
 }
 
+bool SQLRowSource::Summarize(const QList<SQLSummaryColumn> &columns, qint64 &rows, QList<SQLColumnSummary> &summaries)
+{
+    return reading([&] { return summarize(columns, rows, summaries); });
+}
+
+void SQLRowSource::RowsByKeys(const QList<QList<QVariant>> &keys, SQLRows &rows)
+{
+    const size_t before = rows.values.size();
+    reading([&] {
+        rows.values.resize(before);
+        rowsByKeys(keys, rows);
+    });
+}
+
 qint64 SQLRowSource::Count()
 {
     return reading([this] { return count(); });

@@ -62,6 +62,36 @@ struct SQLResultShape
     QStringList keys;       // columns of the result that identify a row; empty: none
 };
 
+// How a column's values are read, compared and added when the database sums them up: as
+// the data set would read each of them.
+enum class SQLValueKind {
+    Integer,
+    Currency,      // a floating-point number, taken as currency rounded to four decimals
+    ExactCurrency, // a decimal of at most four places
+    Text,
+    Boolean,
+    DateTime,
+    Bytes,
+};
+
+// What to sum up of one column of the result.
+struct SQLSummaryColumn
+{
+    int column = -1;
+    SQLValueKind kind = SQLValueKind::Text;
+    bool sum = false;
+    bool minMax = false;
+    bool valueEnds = false; // its first and last value that is not NULL, in the result's order
+};
+
+// Unassigned where there is nothing; currency as its raw count of ten-thousandths, every
+// other value as the database hands it over.
+struct SQLColumnSummary
+{
+    qint64 values = 0;
+    Variant sum, min, max, firstValue, lastValue;
+};
+
 // Positional access to the rows of a result without holding them. The order is made total
 // by the key, so that a position means the same record every time it is read. Positions
 // near the start are read from the database directly; any other position makes the source
@@ -114,6 +144,13 @@ public:
     // The longest value of a column as text (by characters), Null when it holds none: one
     // pass of the database over the result, no row brought over but that one.
     Variant LongestText(int column);
+    // The number of rows and what each column asked for holds, in one aggregate query (and
+    // one more for each first and last value); false when the database cannot compare or add
+    // a kind of value as the data set reads it, or the order is not the source's own. Raises
+    // what the database raises.
+    bool Summarize(const QList<SQLSummaryColumn> &columns, qint64 &rows, QList<SQLColumnSummary> &summaries);
+    // Appends the rows whose key values are among `keys`, in no particular order.
+    void RowsByKeys(const QList<QList<QVariant>> &keys, SQLRows &rows);
     // How many times the order of the result was computed into a table (for tests).
     int IndexBuilds() const { return indexBuilds_; }
 
@@ -158,6 +195,12 @@ protected:
     // The table's position column (1-based), and the name of a result column in it.
     virtual QString IndexPosition() const = 0;
     virtual QString IndexColumn(int column) const = 0;
+    // The SQL of a column's value (`column`, written qdb_q."name") as the data set reads a
+    // value of that kind, NULL where it would read none; with `compared`, in the form that
+    // MIN and MAX compare as the application does. Empty when the database cannot.
+    virtual QString SummaryExpression(const QString &column, int index, SQLValueKind kind, bool compared) const;
+    // The SUM of whole numbers, exact and whole, or an error.
+    virtual QString WholeSum(const QString &value) const { return QStringLiteral("SUM(%1)").arg(value); }
     // The key columns of a result row equal to those of the table's row.
     QString KeyMatch(const QString &row, const QString &index) const;
 
@@ -184,6 +227,8 @@ private:
     qint64 positionOf(const QList<QVariant> &keyValues);
     qint64 find(const QList<int> &columns, const QList<QVariant> &values);
     void describe();
+    bool summarize(const QList<SQLSummaryColumn> &columns, qint64 &rows, QList<SQLColumnSummary> &summaries);
+    void rowsByKeys(const QList<QList<QVariant>> &keys, SQLRows &rows);
 
     struct OrderItem
     {

@@ -198,6 +198,26 @@ protected:
         return record;
     }
 
+    // SQLite keeps any value in any column: a value the data set would not read as a number
+    // counts as none, and a number is rounded as the data set rounds it.
+    QString SummaryExpression(const QString &column, int index, SQLValueKind kind, bool compared) const override
+    {
+        Q_UNUSED(index);
+        auto rounded = [](const QString &x) {
+            return QStringLiteral("(CASE WHEN %1 < 0 THEN -CAST(-(%1) + 0.5 AS INTEGER) ELSE CAST(%1 + 0.5 AS INTEGER) END)").arg(x);
+        };
+        switch (kind) {
+        case SQLValueKind::Integer:
+            return QStringLiteral("(CASE typeof(%1) WHEN 'integer' THEN %1 WHEN 'real' THEN %2 END)").arg(column, rounded(column));
+        case SQLValueKind::Currency:
+        case SQLValueKind::ExactCurrency:
+            return QStringLiteral("(CASE WHEN typeof(%1) IN ('integer', 'real') THEN %2 END)")
+                .arg(column, rounded(QStringLiteral("(%1 * 10000.0)").arg(column)));
+        case SQLValueKind::Text: return compared ? column + QStringLiteral(" COLLATE BINARY") : column;
+        default: return column;
+        }
+    }
+
     bool Streaming(qint64 first) const override { return stream_ && streamPos_ == first; }
     // An index gives the order: OFFSET steps through it without sorting.
     bool CheapOffsets() const override { return !sortsItself_; }
