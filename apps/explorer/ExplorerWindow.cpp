@@ -56,6 +56,12 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     QAction *stretch = view->addAction(tr("&Stretch columns to the window"));
     stretch->setCheckable(true);
     connect(stretch, &QAction::toggled, this, [this](bool on) { grid_->SetStretchMode(on); });
+    totals_ = view->addAction(tr("&Totals"));
+    totals_->setCheckable(true);
+    totals_->setChecked(true);
+    totals_->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_T));
+    connect(totals_, &QAction::toggled, this, &ExplorerWindow::ShowTotals);
+    ShowTotals(true);
 
     connect(tables_, &QListWidget::currentTextChanged, this, [this](const QString &name) {
         if (!name.isEmpty())
@@ -112,6 +118,7 @@ bool ExplorerWindow::ShowTable(const QString &name)
         table_.SetIndexFieldNames(QString());
         grid_->SetKeyFields(primaryKey(name));
         table_.Open();
+        setUpTotals();
         setWindowTitle(tr("%1 - Explorer").arg(name));
         const QSignalBlocker block(tables_);
         const QList<QListWidgetItem *> items = tables_->findItems(name, Qt::MatchFixedString);
@@ -144,6 +151,30 @@ void ExplorerWindow::chooseFile()
         OpenDatabase(path);
     } catch (const Exception &e) {
         showError(e.Message());
+    }
+}
+
+void ExplorerWindow::ShowTotals(bool on)
+{
+    const TQDBGridOptionsEx totals{dgTotalFooter};
+    grid_->SetOptionsEx(on ? grid_->GetOptionsEx() + totals : grid_->GetOptionsEx() - totals);
+    totals_->setChecked(on);
+    grid_->UpdateTotals(false);
+}
+
+void ExplorerWindow::setUpTotals()
+{
+    for (TQColumn *column : *grid_->GetColumns()) {
+        TField *field = column->GetField();
+        if (!field)
+            continue;
+        const VarType type = field->ValueType();
+        const bool numeric = type == VarType::Integer || type == VarType::Double || type == VarType::Currency;
+        TQColumnTotalValue *footer = column->GetTotalFooter();
+        footer->SetFieldName(field->FieldName());
+        footer->SetTotalResult(trCalcValue);
+        footer->SetCalcValue(numeric ? cvSum : cvCount);
+        footer->SetAlignment(numeric ? taRightJustify : taLeftJustify);
     }
 }
 

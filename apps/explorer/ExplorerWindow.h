@@ -7,6 +7,7 @@
 
 #include <QMainWindow>
 
+class QAction;
 class QLabel;
 class QListWidget;
 
@@ -29,12 +30,18 @@ public:
     bool ShowTable(const QString &name);
     QStringList Tables() const;
     qdb::TQDBGrid *Grid() const { return grid_; }
+    // The footer of totals: a sum under each numeric column, a count under the others, over
+    // the selected rows when there are any.
+    void ShowTotals(bool on);
+    QAction *TotalsAction() const { return totals_; }
 
 private:
     void chooseFile();
     // The table's primary key as key fields: how the grid finds the record again after a sort.
     QString primaryKey(const QString &table);
     void updateCounter();
+    // Each column's footer adds up its field.
+    void setUpTotals();
     void showError(const QString &text);
     // A long read shows the wait cursor and lets Esc cancel it; other input waits.
     QString readingMessage() const;
@@ -50,6 +57,7 @@ private:
     QListWidget *tables_;
     QLabel *counter_;
     QLabel *location_;
+    QAction *totals_;
     QString address_;
     bool waiting_ = false;
 };

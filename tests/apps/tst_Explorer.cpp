@@ -3,6 +3,7 @@
 #include "ExplorerWindow.h"
 
 #include "platform/rtl/Dialogs.h"
+#include "grid/QDBGridTotals.h"
 #include "platform/sql/SQLConnection.h"
 
 #include <QApplication>
@@ -212,4 +213,42 @@ TEST(Explorer, BrowsingLeavesTheFileAsItWas)
         EXPECT_EQ(journal(), QStringLiteral("wal"));
     }
     EXPECT_EQ(journal(), before);
+}
+
+TEST(Explorer, TheFooterAddsUpTheTableOrTheSelectedRows)
+{
+    explorer::ExplorerWindow window;
+    window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("orders"));
+    window.show();
+    TQDBGrid *grid = window.Grid();
+    TDataSet *orders = grid->DataSet();
+    TQColumnTotalValue *total = grid->GetColumns()->FindColumn(QStringLiteral("Total"))->GetTotalFooter();
+    TQColumnTotalValue *remarks = grid->GetColumns()->FindColumn(QStringLiteral("Remarks"))->GetTotalFooter();
+    auto settle = [grid] {
+        for (int i = 0; i < 100 && grid->Totals()->Waiting(); ++i)
+            QTest::qWait(20);
+    };
+    settle();
+    TSQLConnection check;
+    check.SetConnectionString(QStringLiteral("sqlite:" QDB_SAMPLE_DB));
+    check.Open();
+    const Variant sum = check.ExecScalar(QStringLiteral("SELECT SUM(Total) FROM orders"));
+    EXPECT_EQ(total->Value().ToCurrency(), sum.ToCurrency());
+    EXPECT_EQ(remarks->Value(), check.ExecScalar(QStringLiteral("SELECT COUNT(Remarks) FROM orders")));
+    EXPECT_FALSE(grid->TotalText(total).isEmpty());
+
+    // Two orders selected with the mouse: the footer adds up those two.
+    Currency two;
+    for (int row : {1, 3}) {
+        const QPoint cell = grid->CellRect(grid->DataToRawColumn(0), grid->TitleOffset() + row - 1).center();
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::ControlModifier, cell);
+        two = two + orders->FieldByName(QStringLiteral("Total"))->Value().ToCurrency();
+    }
+    ASSERT_EQ(grid->SelectedRows().Count(), 2);
+    settle();
+    EXPECT_EQ(total->Value().ToCurrency(), two);
+
+    window.TotalsAction()->trigger();
+    EXPECT_FALSE(grid->GetOptionsEx().Contains(dgTotalFooter));
+    EXPECT_EQ(grid->BottomRowCount(), 1); // the blank row only
 }
