@@ -117,6 +117,8 @@ bool TQColumnTotalValue::DoCalcValue(TCalcPass pass)
         return false;
     switch (pass) {
     case cpReset: {
+        calcField_ = GetField();
+        calcFieldMissing_ = !fieldName_.isEmpty() && !calcField_;
         counter_ = 0;
         Variant start;
         if (grid && grid->OnTotalCalcValue)
@@ -124,13 +126,11 @@ bool TQColumnTotalValue::DoCalcValue(TCalcPass pass)
         value_ = start;
         break;
     }
-    case cpCalcRec: {
-        TField *field = GetField();
-        if (!fieldName_.isEmpty() && !field)
+    case cpCalcRec:
+        if (calcFieldMissing_)
             return false; // a name of no field: the total shows nothing
-        CalcRecord(field ? field->Value() : Variant());
+        CalcRecord(calcField_ ? calcField_->Value() : Variant());
         break;
-    }
     case cpFinal: {
         Variant v = value_;
         if (calcValue_ == cvAvg)

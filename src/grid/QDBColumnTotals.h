@@ -185,6 +185,8 @@ private:
     bool wordWrap_ = true;
     Variant value_;
     quint32 counter_ = 0; // records counted by the calculation
+    QPointer<TField> calcField_; // FieldName's field, found once a calculation
+    bool calcFieldMissing_ = false;
 };
 
 class TQColumnTotalHeader : public TQColumnTotalValue

@@ -183,21 +183,28 @@ bool TQCustomDBGrid::DoCalcValues(TCalcPass pass, bool selected)
         if (!accept)
             return false;
     }
+    // The sections taking part are found at the reset; each record only goes through them.
     TQDBGridTotals *totals = d_->totals;
+    if (pass == cpReset || totals->parts_.empty() || totals->partsSelected_ != selected) {
+        totals->parts_.clear();
+        totals->partsSelected_ = selected;
+        totals->ForEach([&](TQColumnTotalValue *total, TQDBGridTotals::Section section, int) {
+            if (totals->TakesPart(section, selected))
+                totals->parts_.push_back({total, !selected && totals->OverSelectedRows(section)});
+        });
+    }
     int rowSelected = -1; // looked up once, for the first section that asks
     bool any = false;
-    totals->ForEach([&](TQColumnTotalValue *total, TQDBGridTotals::Section section, int) {
-        if (!totals->TakesPart(section, selected))
-            return;
+    for (const TQDBGridTotals::Part &part : totals->parts_) {
         // In a calculation of every record, a section over the selected rows takes those only.
-        if (pass == cpCalcRec && !selected && totals->OverSelectedRows(section) && !CalculatingSelectedRows()) {
+        if (pass == cpCalcRec && part.overSelected && !CalculatingSelectedRows()) {
             if (rowSelected < 0)
                 rowSelected = SelectedRows().CurrentRowSelected() ? 1 : 0;
             if (rowSelected == 0)
-                return;
+                continue;
         }
-        any = total->DoCalcValue(pass) || any;
-    });
+        any = part.total->DoCalcValue(pass) || any;
+    }
     return any;
 }
 

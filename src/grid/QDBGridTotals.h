@@ -13,6 +13,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <vector>
 
 namespace qdb {
 
@@ -94,6 +95,14 @@ private:
 
     TQCustomDBGrid *grid_;
     std::unique_ptr<TQTotalDataLink> link_;
+    // The sections the calculation running goes through.
+    struct Part
+    {
+        QPointer<TQColumnTotalValue> total;
+        bool overSelected; // takes the selected rows only
+    };
+    std::vector<Part> parts_;
+    bool partsSelected_ = false;
     QPointer<QTimer> timer_;
     int calculating_ = 0;
     bool selectedRecords_ = false; // the calculation running goes through the selected rows

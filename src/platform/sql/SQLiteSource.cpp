@@ -3,7 +3,9 @@
 
 #include "SQLSources.h"
 
+#include "platform/rtl/Conversions.h"
 #include "platform/rtl/Exceptions.h"
+#include "platform/rtl/FormatSettings.h"
 
 #include <sqlite3.h>
 
@@ -142,6 +144,86 @@ private:
     bool hasRow_ = false;
 };
 
+// The values the data set would read from a stored value, as SQL functions: a sum the
+// database makes of them is then the data set's own to the last digit. qdb_int: a whole
+// number; qdb_real: a floating-point number as currency; qdb_decimal: a decimal as currency.
+// Each gives the currency's raw count of ten-thousandths, or NULL where the data set reads none.
+template<typename Read>
+void readValue(sqlite3_context *context, sqlite3_value *value, Read read)
+{
+    try {
+        const int type = sqlite3_value_type(value);
+        qint64 result = 0;
+        bool ok = false;
+        if (type == SQLITE_INTEGER || type == SQLITE_FLOAT || type == SQLITE_TEXT) {
+            const Variant v = type == SQLITE_INTEGER ? Variant(qint64(sqlite3_value_int64(value)))
+                : type == SQLITE_FLOAT              ? Variant(sqlite3_value_double(value))
+                                                    : Variant(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(value)),
+                                                                                sqlite3_value_bytes(value)));
+            ok = read(v, result);
+        }
+        if (ok)
+            sqlite3_result_int64(context, result);
+        else
+            sqlite3_result_null(context);
+    } catch (const Exception &e) {
+        sqlite3_result_error(context, e.Message().toUtf8().constData(), -1);
+    }
+}
+
+void wholeNumber(sqlite3_context *context, int, sqlite3_value **args)
+{
+    readValue(context, args[0], [](const Variant &v, qint64 &out) {
+        if (const QString *text = v.StringPtr()) {
+            bool ok = false;
+            out = text->toLongLong(&ok);
+            return ok;
+        }
+        out = v.ToInt64();
+        return true;
+    });
+}
+
+void realAsCurrency(sqlite3_context *context, int, sqlite3_value **args)
+{
+    readValue(context, args[0], [](const Variant &v, qint64 &out) {
+        double d = 0;
+        if (const QString *text = v.StringPtr()) {
+            bool ok = false;
+            d = text->toDouble(&ok);
+            if (!ok)
+                return false;
+        } else {
+            d = v.ToDouble();
+        }
+        out = Currency::FromDouble(d).Raw();
+        return true;
+    });
+}
+
+void decimalAsCurrency(sqlite3_context *context, int, sqlite3_value **args)
+{
+    readValue(context, args[0], [](const Variant &v, qint64 &out) {
+        Currency c;
+        if (const QString *text = v.StringPtr()) {
+            if (!TryStrToCurr(*text, c, TFormatSettings::Invariant()))
+                return false;
+        } else {
+            c = Currency::FromDouble(v.ToDouble());
+        }
+        out = c.Raw();
+        return true;
+    });
+}
+
+void registerValueFunctions(sqlite3 *db)
+{
+    constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+    sqlite3_create_function_v2(db, "qdb_int", 1, flags, nullptr, wholeNumber, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "qdb_real", 1, flags, nullptr, realAsCurrency, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "qdb_decimal", 1, flags, nullptr, decimalAsCurrency, nullptr, nullptr, nullptr);
+}
+
 sqlite3 *sqliteHandle(QSqlDatabase db)
 {
     const QVariant handle = db.driver()->handle();
@@ -157,6 +239,7 @@ public:
     SQLiteSource(TSQLConnection *connection, const SQLResultShape &shape)
         : SQLRowSource(connection, shape), db_(sqliteHandle(connection->Database()))
     {
+        registerValueFunctions(db_);
         Describe();
     }
 
@@ -198,21 +281,15 @@ protected:
         return record;
     }
 
-    // SQLite keeps any value in any column: a value the data set would not read as a number
-    // counts as none, and a number is rounded as the data set rounds it.
+    // SQLite keeps any value in any column: numbers are read by functions that do what the
+    // data set does with each value.
     QString SummaryExpression(const QString &column, int index, SQLValueKind kind, bool compared) const override
     {
         Q_UNUSED(index);
-        auto rounded = [](const QString &x) {
-            return QStringLiteral("(CASE WHEN %1 < 0 THEN -CAST(-(%1) + 0.5 AS INTEGER) ELSE CAST(%1 + 0.5 AS INTEGER) END)").arg(x);
-        };
         switch (kind) {
-        case SQLValueKind::Integer:
-            return QStringLiteral("(CASE typeof(%1) WHEN 'integer' THEN %1 WHEN 'real' THEN %2 END)").arg(column, rounded(column));
-        case SQLValueKind::Currency:
-        case SQLValueKind::ExactCurrency:
-            return QStringLiteral("(CASE WHEN typeof(%1) IN ('integer', 'real') THEN %2 END)")
-                .arg(column, rounded(QStringLiteral("(%1 * 10000.0)").arg(column)));
+        case SQLValueKind::Integer: return QStringLiteral("qdb_int(%1)").arg(column);
+        case SQLValueKind::Currency: return QStringLiteral("qdb_real(%1)").arg(column);
+        case SQLValueKind::ExactCurrency: return QStringLiteral("qdb_decimal(%1)").arg(column);
         case SQLValueKind::Text: return compared ? column + QStringLiteral(" COLLATE BINARY") : column;
         default: return column;
         }
