@@ -136,23 +136,22 @@ public:
     QString DisplayName() const override;
 
 private:
+    // True when the value changed.
     template<typename T>
-    void assign(T &member, const T &value)
+    bool assign(T &member, const T &value)
     {
         if (member == value)
-            return;
+            return false;
         member = value;
         changed();
+        return true;
     }
     void changed();
     template<typename T>
     void assignCalc(T &member, const T &value)
     {
-        if (member == value)
-            return;
-        member = value;
-        changed();
-        calcChanged();
+        if (assign(member, value))
+            calcChanged();
     }
     // What the section calculates changed: the grid calculates again.
     void calcChanged();
