@@ -106,7 +106,10 @@ TField *TQColumnTotalValue::GetField() const
 
 bool TQColumnTotalValue::DoCalcValue(TCalcPass pass)
 {
-    TQCustomDBGrid *grid = Grid();
+    // Found at the reset: the record pass runs millions of times.
+    if (pass == cpReset || !calcGrid_)
+        calcGrid_ = Grid();
+    TQCustomDBGrid *grid = calcGrid_;
     if (totalResult_ != trCalcValue) {
         if (pass == cpFinal && totalResult_ == trCaption && grid)
             grid->InvalidateGrid(); // the caption is drawn again with the new figures
@@ -147,8 +150,9 @@ bool TQColumnTotalValue::DoCalcValue(TCalcPass pass)
 void TQColumnTotalValue::CalcRecord(Variant v)
 {
     // Floats add up as currency: a sum of a million prices stays exact to the cent.
-    v = SummaryValue(v);
-    TQCustomDBGrid *grid = Grid();
+    if (v.Type() == VarType::Double)
+        v = SummaryValue(v);
+    TQCustomDBGrid *grid = calcGrid_ ? calcGrid_ : Grid();
     if (grid && grid->OnTotalCalcValue)
         grid->OnTotalCalcValue(this, cpCalcRec, v);
     if (v.IsNull()) {
@@ -161,10 +165,19 @@ void TQColumnTotalValue::CalcRecord(Variant v)
     switch (calcValue_) {
     case cvSum:
     case cvAvg:
-        if (v.IsNumeric())
-            value_ = value_.IsClear() ? v : value_ + v;
+        if (!v.IsNumeric())
+            break;
+        if (value_.IsClear())
+            value_ = std::move(v);
+        else
+            value_ += v;
         break;
-    case cvCount: value_ = value_.IsUnassigned() ? Variant(1) : value_ + Variant(1); break;
+    case cvCount:
+        if (value_.IsUnassigned())
+            value_ = 1;
+        else
+            value_ += Variant(1);
+        break;
     case cvMax:
         if (value_.IsUnassigned() || v > value_)
             value_ = v;

@@ -186,6 +186,7 @@ private:
     quint32 counter_ = 0; // records counted by the calculation
     QPointer<TField> calcField_; // FieldName's field, found once a calculation
     bool calcFieldMissing_ = false;
+    TQCustomDBGrid *calcGrid_ = nullptr; // the grid, found once a calculation
 };
 
 class TQColumnTotalHeader : public TQColumnTotalValue

@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QMetaType>
+#include <QtNumeric>
 #include <QString>
 #include <QVariant>
 
@@ -96,7 +97,23 @@ public:
     // Real division; raises EVariantError on a zero divisor.
     friend Variant operator/(const Variant &a, const Variant &b);
     friend Variant operator-(const Variant &a);
-    Variant &operator+=(const Variant &b) { return *this = *this + b; }
+    // In place for whole numbers and currency: a running sum makes no new value each step.
+    Variant &operator+=(const Variant &b)
+    {
+        if (qint64 *x = std::get_if<qint64>(&v_)) {
+            qint64 r;
+            if (const qint64 *y = std::get_if<qint64>(&b.v_); y && !qAddOverflow(*x, *y, &r)) {
+                *x = r;
+                return *this;
+            }
+        } else if (Currency *c = std::get_if<Currency>(&v_)) {
+            if (const Currency *d = std::get_if<Currency>(&b.v_)) {
+                *c += *d;
+                return *this;
+            }
+        }
+        return *this = *this + b;
+    }
 
     friend bool operator==(const Variant &a, const Variant &b);
     friend bool operator!=(const Variant &a, const Variant &b) { return !(a == b); }
