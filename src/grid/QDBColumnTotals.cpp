@@ -1,6 +1,7 @@
 #include "QDBColumnTotals.h"
 #include "QDBColumns.h"
 #include "QDBGrid.h"
+#include "QDBGridTotals.h"
 
 #include "platform/db/DataSet.h"
 #include "platform/db/FieldSummary.h"
@@ -8,6 +9,8 @@
 #include "platform/rtl/Conversions.h"
 #include "platform/rtl/Format.h"
 #include "platform/rtl/FormatDateTime.h"
+
+#include <QScopedValueRollback>
 
 namespace qdb {
 
@@ -37,7 +40,7 @@ void TQColumnTotalValue::changed()
 void TQColumnTotalValue::calcChanged()
 {
     if (TQCustomDBGrid *grid = Grid())
-        grid->UpdateTotals(true);
+        grid->Totals()->TotalsChanged();
 }
 
 TAlignment TQColumnTotalValue::GetAlignment() const
@@ -211,15 +214,16 @@ TQColumnTotalValue *TQColumnTotalValue::referredTotal() const
 {
     TQCustomDBGrid *grid = Grid();
     TQColumn *column = grid && !fieldName_.isEmpty() ? grid->GetColumns()->FindColumn(fieldName_) : nullptr;
-    if (!column)
-        return nullptr;
-    // Numbered top to bottom: 0 the header, 1 the first of the values, then the footer.
-    const int values = column->GetTotalValues()->Count();
-    if (totalRecNo_ == 0)
-        return column->GetTotalHeader();
-    if (totalRecNo_ >= 1 && totalRecNo_ <= values)
-        return column->GetTotalValues()->Items(totalRecNo_ - 1);
-    return totalRecNo_ == values + 1 ? column->GetTotalFooter() : nullptr;
+    // Numbered top to bottom from 0, the header.
+    return TQDBGridTotals::SectionAt(column, totalRecNo_ - 1);
+}
+
+TField *TQColumnTotalValue::shownField() const
+{
+    TField *field = GetField();
+    if (!field && fieldName_.isEmpty() && Column())
+        field = Column()->GetField();
+    return field;
 }
 
 QString TQColumnTotalValue::formatted(const Variant &value, const TField *field) const
@@ -255,9 +259,7 @@ QString TQColumnTotalValue::GetTotalText() const
     case trNone: return {};
     case trCaption: return caption_;
     case trDataField: {
-        TField *field = GetField();
-        if (!field && fieldName_.isEmpty() && Column())
-            field = Column()->GetField();
+        TField *field = shownField();
         if (!field || !field->DataSet() || !field->DataSet()->Active() || field->DataSet()->IsEmpty())
             return NullValueString();
         return format_.isEmpty() && !formatAsFloat_ ? field->DisplayText() : formatted(field->Value(), field);
@@ -267,24 +269,12 @@ QString TQColumnTotalValue::GetTotalText() const
         const TQColumnTotalValue *other = referredTotal();
         if (!other || other == this || depth > 8)
             return NullValueString();
-        ++depth;
-        QString text;
-        try {
-            text = format_.isEmpty() && !formatAsFloat_ ? other->GetTotalText() : formatted(other->Value(), other->GetField());
-        } catch (...) {
-            --depth;
-            throw;
-        }
-        --depth;
-        return text;
+        const QScopedValueRollback<int> deeper(depth, depth + 1);
+        return format_.isEmpty() && !formatAsFloat_ ? other->GetTotalText() : formatted(other->Value(), other->GetField());
     }
-    case trCalcValue: {
-        TField *field = GetField();
-        if (!field && fieldName_.isEmpty() && Column())
-            field = Column()->GetField();
+    case trCalcValue:
         // A count is no value of the field.
-        return formatted(value_, calcValue_ == cvCount ? nullptr : field);
-    }
+        return formatted(value_, calcValue_ == cvCount ? nullptr : shownField());
     }
     return {};
 }
@@ -334,7 +324,7 @@ void TQColumnTotalValues::Update(TCollectionItem *item)
     Column()->LayoutChanged(); // a value added or removed changes the number of bottom rows
     if (!item) // added or removed, not one of them changed
         if (TQCustomDBGrid *grid = Column()->GetGrid())
-            grid->UpdateTotals(true);
+            grid->Totals()->TotalsChanged();
 }
 
 QString &NullValueString()

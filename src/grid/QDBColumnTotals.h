@@ -157,6 +157,8 @@ private:
     void calcChanged();
     // The total another one refers to (trTotalField), nullptr when there is none.
     TQColumnTotalValue *referredTotal() const;
+    // The field FieldName names, else the column's (what a data-field section shows).
+    TField *shownField() const;
     QString formatted(const Variant &value, const TField *field) const;
 
     TQColumn *column_ = nullptr; // the owner of a header or footer

@@ -132,7 +132,6 @@ int TQDBGridTotals::IndexOf(TQColumnTotalValue *total)
 
 void TQDBGridTotals::TotalsChanged()
 {
-    grid_->LayoutChanged();
     grid_->UpdateTotals(true);
 }
 

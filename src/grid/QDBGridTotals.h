@@ -74,7 +74,8 @@ public:
     static TQColumnTotalValue *SectionAt(TQColumn *column, int index);
     static int IndexOf(TQColumnTotalValue *total);
 
-    // A section changed what it shows or how it is calculated.
+    // A section was added, removed or changed how it is calculated: the figures are
+    // calculated again.
     void TotalsChanged();
     // The selected rows changed: a calculation over them is asked for.
     void SelectionChanged();
