@@ -2,7 +2,11 @@
 
 #include "QDBGrid.h"
 
+#include "filter/QDBFilterConsts.h"
+#include "filter/QDBGridFilter.h"
 #include "platform/db/DataSet.h"
+#include "platform/rtl/Exceptions.h"
+#include "platform/rtl/Format.h"
 #include "platform/rtl/Conversions.h"
 
 #include <QCoreApplication>
@@ -181,6 +185,64 @@ TQColumn::TQColumn(TCollection *collection)
     RegisterSetType<TQListOption>();
     RegisterSetType<TQPickOption>();
     RegisterSetType<TFilterStyle>();
+    auto *ticked = static_cast<TStringList *>(filterList_);
+    ticked->SetSorted(true);
+    ticked->SetStrictDelimiter(true);
+    ticked->OnChange = [this](TObject *) { filterChanged(); };
+}
+
+void TQColumn::filterChanged()
+{
+    TQCustomDBGrid *grid = GetGrid();
+    if (grid && !grid->IsLoading())
+        grid->GetFilterGrid()->FilterChanged();
+}
+
+void TQColumn::ChangeFilter(const QString &text, bool clearList)
+{
+    const bool listChanges = clearList && filterList_->Count() > 0;
+    if (text == filterText_ && !listChanges)
+        return;
+    TQCustomDBGrid *grid = GetGrid();
+    TQDBGridFilter *filter = grid && !grid->IsLoading() ? grid->GetFilterGrid() : nullptr;
+    if (!filter) {
+        filterText_ = text;
+        if (listChanges)
+            filterList_->Clear();
+        return;
+    }
+    const QString previousText = filterText_;
+    const QStringList previousList = filterList_->ToStringList();
+    auto put = [&](const QString &t, const QStringList *list) {
+        filter->BeginFilterChange();
+        filterText_ = t;
+        if (list) {
+            filterList_->BeginUpdate();
+            filterList_->Clear();
+            filterList_->AddStrings(*list);
+            filterList_->EndUpdate();
+        }
+        filter->EndFilterChange();
+    };
+    const QStringList none;
+    try {
+        put(text, listChanges ? &none : nullptr);
+    } catch (const Exception &) {
+        try {
+            put(previousText, listChanges ? &previousList : nullptr);
+        } catch (...) {
+        }
+        DatabaseError(Format(FilterConsts::SInvalidFilterExpression(), {text}));
+    }
+}
+
+TField *TQColumn::FilterField() const
+{
+    TField *f = GetField();
+    if (f && f->Lookup() && f->DataSet())
+        if (TField *key = f->DataSet()->FindField(GetKeyField().section(QLatin1Char(';'), 0, 0).trimmed()))
+            return key;
+    return f;
 }
 
 QColor TQColumn::DefaultColor() const

@@ -464,7 +464,17 @@ public:
     TQColumnExpandStyle GetExpandStyle() const { return expandStyle_; }
     void SetExpandStyle(TQColumnExpandStyle value) { assign(expandStyle_, value); }
     QString GetFilterText() const { return filterText_; }
-    void SetFilterText(const QString &value) { assign(filterText_, value); }
+    // A new condition re-applies the grid's filter; see ChangeFilter.
+    void SetFilterText(const QString &value) { ChangeFilter(value, false); }
+    // Sets the condition, and with clearList empties the ticked values, in one change of
+    // the grid's filter. A condition the data set refuses puts the previous ones back in
+    // force and raises "Invalid filter expression".
+    void ChangeFilter(const QString &text, bool clearList);
+    // Ticked values or a condition.
+    bool Filtered() const { return !filterText_.isEmpty() || filterList_->Count() > 0; }
+    // The field the column's filter is written against: a lookup field's key field, else
+    // the column's own.
+    TField *FilterField() const;
     QString GetHint() const { return hint_; }
     void SetHint(const QString &value) { assign(hint_, value); }
     TImageDraw GetImageDraw() const { return imageDraw_; }
@@ -588,6 +598,8 @@ public:
 private:
     friend class TQColumnTitle;
     void changed();
+    // The ticked values or the condition changed: the grid filters again.
+    void filterChanged();
     // The width of the column's widest value off the screen, as far as it can be told cheaply.
     int widestElsewhere(const QFontMetrics &metrics) const;
 

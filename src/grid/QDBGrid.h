@@ -17,6 +17,7 @@
 namespace qdb {
 
 class TQCustomDBGrid;
+class TQDBGridFilter;
 class TQDBGridTotals;
 
 // The spacings of the grid's rows and title columns.
@@ -130,6 +131,7 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(qdb::TQCustomDBGrid *MasterGrid READ GetMasterGrid WRITE SetMasterGrid)
     Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions)
     Q_PROPERTY(QString DetailFields READ GetDetailFields WRITE SetDetailFields)
+    Q_PROPERTY(qdb::TQDBGridFilter *FilterGrid READ GetFilterGrid)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -487,8 +489,38 @@ public:
     TTotalGetTextEvent OnTotalGetText;
     TNotifyEvent OnTotalsUpdated;
 
+    // ---- the auto filter ----
+    TQDBGridFilter *GetFilterGrid() const;
+    // Installs the columns' filters in the data set, refreshes them, or takes them out and
+    // gives the data set back the application's own filter.
+    virtual void UpdateFilter();
+    // The filter object's change: the filter is applied again and the titles repainted.
+    virtual void FilterChanged();
+    // Gives the data set a filter keeping the current record (by keyFieldName, else
+    // KeyFields) and the selected rows; the grid is positioned and usable again whatever
+    // the data set raises.
+    virtual void ChangeDataSetFilter(bool filtered, const QString &filter, const TFilterRecordEvent &onFilterRecord,
+                                     const QString &keyFieldName);
+    // The record handler the grid installs: the ticked values of every filtered column,
+    // then the application's own handler.
+    virtual void FilterRecord(TDataSet *dataSet, bool &accept);
+    virtual void FilterUpdated();
+    // The application's own filter: kept aside while the grid's is installed and joined to
+    // it, else the data set's.
+    QString GetFilter() const;
+    void SetFilter(const QString &filter);
+    bool GetFiltered() const;
+    void SetFiltered(bool on);
+    TFilterRecordEvent GetFilterRecord() const;
+    void SetFilterRecord(const TFilterRecordEvent &handler);
+    // The handler FilterRecord is installed as; the same one each time.
+    TFilterRecordEvent FilterRecordMethod();
+    // Whether a column's title shows the filter button.
+    bool HasFilterButton(const TQColumn *column) const;
+    void InvalidateTitles();
+    TNotifyEvent OnFilterUpdated;
+
     // Filled in by later features; the record window calls them at their moments.
-    virtual void UpdateFilter() {}
     virtual void UpdateListItems(bool) {}
     virtual void UpdateSequence(bool) {}
     virtual void UpdateTreeView(bool) {}
@@ -555,6 +587,7 @@ private:
     // what is left of the area.
     bool drawColumnImage(QPainter &painter, QRect &area, TQColumn *column, const QPixmap &image, bool rtl);
     void drawTitles(QPainter &painter, const QRect &exposed);
+    void drawFilterButton(QPainter &painter, const QRect &rect, bool filtered);
     void layoutBottomRows();
     void layoutTitleRows();
     void clampFixedCols();

@@ -3,6 +3,8 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "filter/QDBGridFilter.h"
+
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
 
@@ -54,6 +56,12 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     const bool move = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown
         || (ctrl && (key == Qt::Key_Home || key == Qt::Key_End));
     const bool extending = move && GetRowsSelection() && event->modifiers().testFlag(Qt::ShiftModifier);
+    if (key == Qt::Key_L && ctrl && event->modifiers().testFlag(Qt::ShiftModifier)) {
+        // Every column shows all its values again.
+        showingErrors([this] { GetFilterGrid()->ClearAutoFilter(); });
+        event->accept();
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Up: MoveBy(-1); break;
     case Qt::Key_Down: MoveBy(1); break;

@@ -33,6 +33,11 @@ struct TQCustomDBGrid::Private
 {
     std::unique_ptr<TQGridDataLink> link;
     TQDBGridTotals *totals = nullptr; // a child of the grid
+    TQDBGridFilter *filter = nullptr; // a child of the grid
+    // The application's filter, kept while the grid's is installed.
+    QString savedFilter;
+    bool savedFiltered = false;
+    TFilterRecordEvent savedFilterRecord;
     bool destroying = false;
     TQDBGridColumns *columns = nullptr;
     TQGridStyle *style = nullptr;

@@ -5,6 +5,10 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "filter/QDBGridFilter.h"
+
+#include <QPainterPath>
+
 #include <QStyle>
 #include <qdrawutil.h>
 #include <QStyleOption>
@@ -128,6 +132,31 @@ void TQCustomDBGrid::drawFixedFace(QPainter &painter, const QRect &r, const QCol
     }
 }
 
+void TQCustomDBGrid::drawFilterButton(QPainter &painter, const QRect &r, bool filtered)
+{
+    // A funnel: hollow while the column shows every value, filled once it filters.
+    const qreal w = r.width(), h = r.height();
+    QPainterPath funnel;
+    funnel.moveTo(r.left() + 0.5, r.top() + h * 0.15);
+    funnel.lineTo(r.left() + w - 0.5, r.top() + h * 0.15);
+    funnel.lineTo(r.left() + w * 0.6, r.top() + h * 0.55);
+    funnel.lineTo(r.left() + w * 0.6, r.top() + h * 0.95);
+    funnel.lineTo(r.left() + w * 0.4, r.top() + h * 0.8);
+    funnel.lineTo(r.left() + w * 0.4, r.top() + h * 0.55);
+    funnel.closeSubpath();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (filtered) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight).darker(130), 1));
+        painter.setBrush(palette().color(QPalette::Highlight));
+    } else {
+        painter.setPen(QPen(palette().color(QPalette::ButtonText), 1));
+        painter.setBrush(Qt::NoBrush);
+    }
+    painter.drawPath(funnel);
+    painter.restore();
+}
+
 void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
 {
     const int rows = TitleOffset();
@@ -184,6 +213,12 @@ void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
             option.rect = QRect(cell.right() - 13, cell.top() + (cell.height() - 12) / 2, 12, 12);
             style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &option, &painter, this);
             cell.setRight(cell.right() - 14);
+        }
+        if (HasFilterButton(entry.column) && cell.width() > 24) {
+            const int size = qBound(8, cell.height() - 4, QFontMetrics(title->GetFont()).height());
+            const QRect button(cell.right() - size - 1, cell.top() + (cell.height() - size) / 2, size, size);
+            drawFilterButton(painter, button, entry.column->Filtered() && GetFilterGrid()->GetFiltered());
+            cell.setRight(button.left() - 2);
         }
         if (title->GetMarker() != tmNone && d_->markers.Count() >= 2) {
             const int size = d_->markers.Size();

@@ -86,6 +86,20 @@ private:
 using TDataSetNotifyEvent = std::function<void(TDataSet *sender)>;
 using TFilterRecordEvent = TMethod<void(TDataSet *dataSet, bool &accept)>;
 
+// What a record handler accepts, stated for data sets that can have their database find
+// those records instead of calling the handler for each: a record is accepted when, for
+// every item, its field's Text equals one of the item's texts without regard to case.
+struct TFieldTextMatch
+{
+    QString FieldName;
+    QStringList Texts;
+};
+struct TFilterRecordMatch
+{
+    TFilterRecordEvent Handler; // the handler the items describe
+    QList<TFieldTextMatch> Items;
+};
+
 // The data set: a cursor over records with a window of record buffers that its data links
 // look at. A descendant implements the record-buffer protocol (the Internal... operations,
 // GetRecord, FetchFieldData); the base turns it into navigation, editing and the data
@@ -229,6 +243,9 @@ public:
     void SetFilterOptions(TFilterOptions options);
     const TFilterRecordEvent &OnFilterRecord() const { return onFilterRecord_; }
     void SetOnFilterRecord(const TFilterRecordEvent &handler);
+    // Holds while its handler is OnFilterRecord; read when the filter is applied next.
+    void SetFilterRecordMatch(const TFilterRecordMatch &match) { filterRecordMatch_ = match; }
+    const TFilterRecordMatch &FilterRecordMatch() const { return filterRecordMatch_; }
 
     bool AutoCalcFields() const { return autoCalcFields_; }
     void SetAutoCalcFields(bool on) { autoCalcFields_ = on; }
@@ -442,6 +459,7 @@ private:
     bool filtered_ = false;
     TFilterOptions filterOptions_;
     TFilterRecordEvent onFilterRecord_;
+    TFilterRecordMatch filterRecordMatch_;
     std::unique_ptr<FilterExpression> filterExpr_;
 };
 

@@ -1,6 +1,7 @@
 #include "SQLDataSet.h"
 
 #include "SQLFilter.h"
+#include "SQLTextMatch.h"
 #include "SQLRowSource.h"
 #include "SQLText.h"
 #include "SQLTypes.h"
@@ -99,11 +100,23 @@ void TCustomSQLDataSet::openSource()
     for (const Variant &p : SelectParams())
         shape.params << p.ToQVariant();
     std::tie(shape.body, shape.order) = SplitOrderBy(StripSemicolon(SelectSQL()));
+    const auto quote = [this](const QString &name) { return Quote(name); };
+    SQLCondition where;
     if (Filtered() && !Filter().trimmed().isEmpty() && FieldList().Count() > 0) {
         FilterExpression expr(Filter());
         expr.Bind(this, FilterOptions());
-        const SQLCondition where = FilterToSQL(expr, FilterOptions(), connection_->Dialect(),
-                                               [this](const QString &name) { return Quote(name); });
+        where = FilterToSQL(expr, FilterOptions(), connection_->Dialect(), quote);
+    }
+    // A record handler the database can stand in for is not called for each record.
+    matchInWhere_ = false;
+    SQLCondition match;
+    if (Filtered() && OnFilterRecord() && FilterRecordMatch().Handler == OnFilterRecord() && FieldList().Count() > 0
+        && TextMatchToSQL(FilterRecordMatch(), this, connection_->Dialect(), quote, match)) {
+        matchInWhere_ = true;
+        where.text = where.text.isEmpty() ? match.text : QStringLiteral("%1 AND %2").arg(where.text, match.text);
+        where.params += match.params;
+    }
+    if (!where.text.isEmpty()) {
         // The order now reads the filtered rows: table qualifiers no longer apply.
         QStringList outerOrder;
         static const QRegularExpression qualifier(QStringLiteral("^\\s*(?:\"[^\"]+\"|[\\w]+)\\s*\\.\\s*"));
@@ -159,7 +172,7 @@ QStringList TCustomSQLDataSet::primaryKeyNames(const QString &table) const
 void TCustomSQLDataSet::InternalOpen()
 {
     openSource();
-    const bool refilter = Filtered() && !Filter().trimmed().isEmpty() && FieldList().Count() == 0;
+    const bool refilter = Filtered() && (!Filter().trimmed().isEmpty() || OnFilterRecord()) && FieldList().Count() == 0;
     InitFieldsAndBind();
     columnOfField_.clear();
     const QSqlRecord record = source_->Record();
@@ -290,7 +303,7 @@ bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Varian
 {
     // Rows the client filter hides, partial or case-blind matches and lookups (which want
     // the record in a buffer) take the general walk.
-    bool direct = source_ && syncCursor && options == TLocateOptions{} && !(Filtered() && OnFilterRecord());
+    bool direct = source_ && syncCursor && options == TLocateOptions{} && !clientFiltering();
     QList<int> columns;
     QList<QVariant> values;
     const Variant::Array *array = fields.size() > 1 && keyValues.IsArray() ? &keyValues.ToArray() : nullptr;
@@ -319,9 +332,14 @@ bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Varian
     return TDataSet::LocateRecord(fields, keyValues, options, syncCursor);
 }
 
+bool TCustomSQLDataSet::clientFiltering() const
+{
+    return Filtered() && OnFilterRecord() && !matchInWhere_;
+}
+
 bool TCustomSQLDataSet::clientFilterAccepts(TRecordBuffer &buffer)
 {
-    if (!Filtered() || !OnFilterRecord())
+    if (!clientFiltering())
         return true;
     TempState filter(this, dsFilter, &buffer);
     bool accept = true;
@@ -366,7 +384,7 @@ void TCustomSQLDataSet::InternalLast()
 
 bool TCustomSQLDataSet::InternalJump(int distance, int &moved)
 {
-    if ((Filtered() && OnFilterRecord()) || pos_ < 0 || count() == 0)
+    if (clientFiltering() || pos_ < 0 || count() == 0)
         return false; // the handler must see each record on the way
     const qint64 target = qBound<qint64>(0, pos_ + distance, count() - 1);
     moved = int(target - pos_);

@@ -147,6 +147,8 @@ private:
     void writeRecord(bool inserting);
     std::vector<Variant> readBack(const QList<TField *> &keys, const QList<Variant> &values);
     bool clientFilterAccepts(TRecordBuffer &buffer);
+    // Whether OnFilterRecord must see each record: the database does not stand in for it.
+    bool clientFiltering() const;
 
     // Where a position of an earlier reading is now, from the writes made since; -1 when
     // the record was deleted, -2 when those writes are not all known.
@@ -178,6 +180,7 @@ private:
     mutable quint64 useClock_ = 0;
     mutable qint64 count_ = -1;
     qint64 pos_ = -1;
+    bool matchInWhere_ = false; // the record handler's match is part of the WHERE
 };
 
 // A data set over the text of a SELECT with ":name" parameters.

@@ -148,7 +148,7 @@ QByteArray keyBytes(const QList<QVariant> &keys)
 
 bool TCustomSQLDataSet::Summarize(const QList<TFieldSummaryRequest> &requests, TDataSetSummary &summary)
 {
-    if (!source_ || State() != dsBrowse || (Filtered() && OnFilterRecord()))
+    if (!source_ || State() != dsBrowse || clientFiltering())
         return false;
     QList<SQLSummaryColumn> columns;
     for (const TFieldSummaryRequest &r : requests) {

@@ -216,12 +216,26 @@ void decimalAsCurrency(sqlite3_context *context, int, sqlite3_value **args)
     });
 }
 
+// Text as compared without regard to case, Qt's way.
+void foldCase(sqlite3_context *context, int, sqlite3_value **args)
+{
+    if (sqlite3_value_type(args[0]) == SQLITE_NULL) {
+        sqlite3_result_null(context);
+        return;
+    }
+    const QString text = QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(args[0])),
+                                           sqlite3_value_bytes(args[0]));
+    const QByteArray folded = text.toCaseFolded().toUtf8();
+    sqlite3_result_text(context, folded.constData(), int(folded.size()), SQLITE_TRANSIENT);
+}
+
 void registerValueFunctions(sqlite3 *db)
 {
     constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
     sqlite3_create_function_v2(db, "qdb_int", 1, flags, nullptr, wholeNumber, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "qdb_real", 1, flags, nullptr, realAsCurrency, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "qdb_decimal", 1, flags, nullptr, decimalAsCurrency, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "qdb_fold", 1, flags, nullptr, foldCase, nullptr, nullptr, nullptr);
 }
 
 sqlite3 *sqliteHandle(QSqlDatabase db)

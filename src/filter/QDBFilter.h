@@ -1,0 +1,8 @@
+#pragma once
+
+// The filter unit: the auto filter's model and the expressions it writes.
+
+#include "QDBColumnFilter.h"
+#include "QDBFilterConsts.h"
+#include "QDBFilterTypes.h"
+#include "QDBGridFilter.h"

@@ -1,0 +1,237 @@
+#include "QDBGrid.h"
+#include "QDBGridPrivate.h"
+
+#include "filter/QDBGridFilter.h"
+#include "platform/rtl/Strings.h"
+
+namespace qdb {
+
+namespace {
+
+const QString SelectionForFilter = QStringLiteral("qdb:filter");
+
+} // namespace
+
+TQDBGridFilter *TQCustomDBGrid::GetFilterGrid() const
+{
+    if (!d_->filter)
+        d_->filter = new TQDBGridFilter(const_cast<TQCustomDBGrid *>(this));
+    return d_->filter;
+}
+
+TFilterRecordEvent TQCustomDBGrid::FilterRecordMethod()
+{
+    return TFilterRecordEvent([this](TDataSet *ds, bool &accept) { FilterRecord(ds, accept); }, d_.get());
+}
+
+bool TQCustomDBGrid::HasFilterButton(const TQColumn *column) const
+{
+    const TQDBGridFilter *f = GetFilterGrid();
+    return f->GetAutoFilter() && !f->GetAutoFilters().IsEmpty() && column && column->GetTitle()->GetAutoFilter()
+        && !column->GetTitle()->GetAutoFilters().IsEmpty() && column->GetField();
+}
+
+void TQCustomDBGrid::InvalidateTitles()
+{
+    if (TitleOffset() > 0)
+        viewport()->update(QRect(0, 0, viewport()->width(), RowAxis().FixedExtent()));
+}
+
+void TQCustomDBGrid::FilterChanged()
+{
+    UpdateFilter();
+    InvalidateTitles();
+}
+
+void TQCustomDBGrid::FilterUpdated()
+{
+    Fire(OnFilterUpdated, this);
+}
+
+// ---- the application's filter ----
+
+QString TQCustomDBGrid::GetFilter() const
+{
+    TDataSet *ds = DataSet();
+    return GetFilterGrid()->Installed() || IsLoading() || !ds ? d_->savedFilter : ds->Filter();
+}
+
+bool TQCustomDBGrid::GetFiltered() const
+{
+    TDataSet *ds = DataSet();
+    return GetFilterGrid()->Installed() || IsLoading() || !ds ? d_->savedFiltered : ds->Filtered();
+}
+
+TFilterRecordEvent TQCustomDBGrid::GetFilterRecord() const
+{
+    TDataSet *ds = DataSet();
+    return GetFilterGrid()->Installed() || IsLoading() || !ds ? d_->savedFilterRecord : ds->OnFilterRecord();
+}
+
+void TQCustomDBGrid::SetFilter(const QString &filter)
+{
+    if (!GetFilterGrid()->Installed() && !IsLoading() && DataSet()) {
+        ChangeDataSetFilter(GetFiltered(), filter, GetFilterRecord(), QString());
+        return;
+    }
+    d_->savedFilter = filter;
+    UpdateFilter();
+}
+
+void TQCustomDBGrid::SetFiltered(bool on)
+{
+    if (!GetFilterGrid()->Installed() && !IsLoading() && DataSet()) {
+        ChangeDataSetFilter(on, GetFilter(), GetFilterRecord(), QString());
+        return;
+    }
+    d_->savedFiltered = on;
+    UpdateFilter();
+}
+
+void TQCustomDBGrid::SetFilterRecord(const TFilterRecordEvent &handler)
+{
+    if (!GetFilterGrid()->Installed() && !IsLoading() && DataSet()) {
+        ChangeDataSetFilter(GetFiltered(), GetFilter(), handler, QString());
+        return;
+    }
+    d_->savedFilterRecord = handler;
+    UpdateFilter();
+}
+
+// ---- installing ----
+
+void TQCustomDBGrid::UpdateFilter()
+{
+    if (IsLoading() || d_->destroying)
+        return;
+    TQDBGridFilter *filter = GetFilterGrid();
+    TDataSet *ds = DataSet();
+    // The search panel's row filter and the tree view work through the record handler too.
+    const bool rowFilters = false;
+    if (!rowFilters && (!filter->GetAutoUpdate() || !d_->link->Active() || filter->FilterColumns().isEmpty())) {
+        if (!filter->Installed())
+            return;
+        filter->SetInstalled(false);
+        const QString savedFilter = std::exchange(d_->savedFilter, QString());
+        const bool savedFiltered = std::exchange(d_->savedFiltered, false);
+        const TFilterRecordEvent savedHandler = std::exchange(d_->savedFilterRecord, TFilterRecordEvent());
+        if (ds)
+            ds->SetFilterRecordMatch({});
+        ChangeDataSetFilter(savedFiltered, savedFilter, savedHandler, QString());
+        FilterUpdated();
+        return;
+    }
+    const TFilterRecordEvent handler = FilterRecordMethod();
+    if (!filter->Installed()) {
+        filter->SetInstalled(true);
+        if (!d_->savedFiltered && d_->savedFilter.isEmpty() && !d_->savedFilterRecord && ds
+            && !(ds->OnFilterRecord() == handler)) {
+            d_->savedFilter = ds->Filter();
+            d_->savedFilterRecord = ds->OnFilterRecord();
+            d_->savedFiltered = ds->Filtered() && (!d_->savedFilter.isEmpty() || bool(d_->savedFilterRecord));
+        }
+    }
+    if (ds) {
+        // The ticked values, for a data set that can look for them itself; not when the
+        // application's handler must see each record.
+        TFilterRecordMatch match;
+        if (!rowFilters && !(d_->savedFiltered && d_->savedFilterRecord)) {
+            match.Handler = handler;
+            for (TQColumn *column : filter->FilterColumns()) {
+                TField *f = column ? column->FilterField() : nullptr;
+                if (f && column->GetFilterList()->Count() > 0)
+                    match.Items << TFieldTextMatch{f->FieldName(), column->GetFilterList()->ToStringList()};
+            }
+        }
+        ds->SetFilterRecordMatch(match);
+    }
+    ChangeDataSetFilter(true, filter->GetFullFilter(), handler, QString());
+    FilterUpdated();
+}
+
+void TQCustomDBGrid::ChangeDataSetFilter(bool filtered, const QString &filter, const TFilterRecordEvent &onFilterRecord,
+                                         const QString &keyFieldName)
+{
+    TDataSet *ds = DataSet();
+    if (!ds)
+        return;
+    if (!ds->Active() || IsLoading()) {
+        const TBookmark bookmark = ds->Active() ? ds->GetBookmark() : TBookmark();
+        ds->SetOnFilterRecord(onFilterRecord);
+        ds->SetFilter(filter);
+        ds->SetFiltered(filtered);
+        if (!bookmark.isEmpty() && ds->BookmarkValid(bookmark))
+            ds->GotoBookmark(bookmark);
+        return;
+    }
+    if (!ds->Filtered() && !filtered && filter == ds->Filter() && onFilterRecord == ds->OnFilterRecord())
+        return;
+    const QString keyFields = keyFieldName.isEmpty() ? GetKeyFields() : keyFieldName;
+    // Key fields this data set does not have cannot keep anything.
+    bool keys = !keyFields.isEmpty();
+    for (const QString &name : keyFields.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        keys = keys && ds->FindField(name.trimmed());
+    DisablePosition();
+    const bool keepSelection = keys && GetRowsSelection();
+    Variant key;
+    auto comeBack = [&] {
+        if (keepSelection)
+            RestoreSelection(SelectionForFilter);
+        if (keys && ds->Active() && !ds->IsEmpty())
+            ds->Locate(keyFields, key, {});
+    };
+    try {
+        if (keys && !ds->IsEmpty())
+            key = ds->FieldValues(keyFields);
+        if (keepSelection)
+            SaveSelection(SelectionForFilter);
+        ClearSelection();
+        try {
+            if (filtered && ds->Filtered())
+                ds->SetFiltered(false); // the same filter again is still looked at anew
+            if (!(ds->OnFilterRecord() == onFilterRecord))
+                ds->SetOnFilterRecord(onFilterRecord);
+            if (ds->Filter() != filter)
+                ds->SetFilter(filter);
+            ds->SetFiltered(filtered);
+        } catch (...) {
+            try {
+                comeBack();
+            } catch (...) {
+            }
+            throw;
+        }
+        comeBack();
+    } catch (...) {
+        EnablePosition(false);
+        if (ds->Active())
+            DataChanged();
+        throw;
+    }
+    EnablePosition(false);
+    DataChanged();
+}
+
+void TQCustomDBGrid::FilterRecord(TDataSet *dataSet, bool &accept)
+{
+    Q_UNUSED(dataSet);
+    accept = false;
+    for (TQColumn *column : GetFilterGrid()->FilterColumns()) {
+        if (!column)
+            continue;
+        auto *ticked = static_cast<TStringList *>(column->GetFilterList());
+        if (ticked->Count() == 0)
+            continue;
+        TField *f = column->FilterField();
+        if (!f)
+            continue;
+        int index;
+        if (!ticked->Find(f->Text(), index))
+            return;
+    }
+    accept = true;
+    if (GetFilterGrid()->Installed() && d_->savedFiltered && d_->savedFilterRecord)
+        d_->savedFilterRecord(dataSet, accept);
+}
+
+} // namespace qdb
