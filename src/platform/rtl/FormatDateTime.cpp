@@ -250,6 +250,8 @@ bool TryStrToDate(const QString &s, TDateTime &value, const TFormatSettings &fs)
     const QString t = s.trimmed();
     QStringList parts = t.split(fs.DateSeparator);
     QString order = dateOrder(fs.ShortDateFormat);
+    if (parts.size() == 1 && fs.ShortDateFormat.contains(QLatin1Char(' ')))
+        parts = t.split(QLatin1Char(' '), Qt::SkipEmptyParts); // "d mmm yyyy"
     if (parts.size() == 1 && fs.DateSeparator != QLatin1Char('-')) {
         parts = t.split(QLatin1Char('-'));
         if (parts.size() == 3 && parts[0].size() == 4)
@@ -259,6 +261,14 @@ bool TryStrToDate(const QString &s, TDateTime &value, const TFormatSettings &fs)
     }
     if (parts.size() < 2 || parts.size() > 3)
         return false;
+    // A month written as a name, as locales with "d mmm yyyy" dates show it.
+    const int monthAt = int(order.indexOf(QLatin1Char('M'))) - (parts.size() == 2 && order.indexOf(QLatin1Char('Y')) < order.indexOf(QLatin1Char('M')) ? 1 : 0);
+    if (monthAt >= 0 && monthAt < parts.size() && !allDigits(parts[monthAt])) {
+        for (int m = 0; m < 12; ++m)
+            if (parts[monthAt].compare(fs.ShortMonthNames[m], Qt::CaseInsensitive) == 0
+                || parts[monthAt].compare(fs.LongMonthNames[m], Qt::CaseInsensitive) == 0)
+                parts[monthAt] = QString::number(m + 1);
+    }
     for (const QString &p : parts)
         if (!allDigits(p) || p.size() > 4)
             return false;
@@ -325,22 +335,21 @@ bool TryStrToDateTime(const QString &s, TDateTime &value, const TFormatSettings 
 {
     const QString t = s.trimmed();
     TDateTime date, time;
-    const qsizetype blank = t.indexOf(QLatin1Char(' '));
-    if (blank < 0) {
-        if (TryStrToDate(t, date, fs)) {
-            value = date;
-            return true;
-        }
-        if (TryStrToTime(t, time, fs)) {
-            value = time;
-            return true;
-        }
-        return false;
+    if (TryStrToDate(t, date, fs)) {
+        value = date;
+        return true;
     }
-    if (!TryStrToDate(t.left(blank), date, fs) || !TryStrToTime(t.mid(blank + 1), time, fs))
-        return false;
-    value = ComposeDateTime(date, time);
-    return true;
+    // The date may hold blanks itself ("2 Mar 2024"), the time too ("10:01 AM").
+    for (qsizetype blank = t.lastIndexOf(QLatin1Char(' ')); blank > 0; blank = t.lastIndexOf(QLatin1Char(' '), blank - 1))
+        if (TryStrToDate(t.left(blank), date, fs) && TryStrToTime(t.mid(blank + 1), time, fs)) {
+            value = ComposeDateTime(date, time);
+            return true;
+        }
+    if (TryStrToTime(t, time, fs)) {
+        value = time;
+        return true;
+    }
+    return false;
 }
 
 bool TryStrToDate(const QString &s, TDateTime &value) { return TryStrToDate(s, value, FormatSettings()); }

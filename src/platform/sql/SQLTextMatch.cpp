@@ -122,7 +122,7 @@ private:
     {
         if (text.isEmpty()) {
             if (f->ValueType() == VarType::String)
-                equal << QString();
+                equal << QStringLiteral(""); // not a null string: that would bind NULL
             else if (auto *b = qobject_cast<TBooleanField *>(f))
                 booleans(b, text, equal);
             return true;
