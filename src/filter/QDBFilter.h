@@ -4,5 +4,6 @@
 
 #include "QDBColumnFilter.h"
 #include "QDBFilterConsts.h"
+#include "QDBFilterPeriods.h"
 #include "QDBFilterTypes.h"
 #include "QDBGridFilter.h"

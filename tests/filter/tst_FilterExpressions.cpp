@@ -7,6 +7,8 @@
 #include "filter/QDBFilter.h"
 #include "grid/QDBGrid.h"
 #include "platform/db/DataSource.h"
+#include "platform/rtl/DateTime.h"
+#include "platform/rtl/FormatDateTime.h"
 
 #include <gtest/gtest.h>
 
@@ -157,3 +159,38 @@ TEST_F(FilterExpressions, CaptionsAndTemplatesKeepTheirSpelling)
     EXPECT_TRUE(DefaultFilterPeriods().Contains(fpDecades));
 }
 
+
+TEST_F(FilterExpressions, PeriodsAreHalfOpenRangesAroundNow)
+{
+    TFormatSettings fs = FormatSettings();
+    fs.ShortDateFormat = QStringLiteral("m/d/yyyy");
+    fs.DateSeparator = QLatin1Char('/');
+    fs.ShortTimeFormat = QStringLiteral("hh:nn");
+    fs.TimeSeparator = QLatin1Char(':');
+    const ScopedFormatSettings locale(fs);
+    const TDateTime now = EncodeDate(2024, 5, 15) + (14 * 3600 + 37 * 60 + 42) / 86400.0;
+    auto text = [](TDateTime dt) { return FormatDateTime(QStringLiteral("m/d/yyyy hh:nn"), dt); };
+    auto range = [&](const TQFilterPeriodItem &item) { return item.Caption + QLatin1Char(' ') + text(item.Start) + QStringLiteral(" - ") + text(item.End); };
+
+    const QList<TQFilterPeriodItem> tens = FilterPeriodItems(fp10Mins, now);
+    ASSERT_EQ(tens.size(), 5);
+    EXPECT_EQ(range(tens[0]), QStringLiteral("Past 10 mins 5/15/2024 14:20 - 5/15/2024 14:30"));
+    EXPECT_EQ(range(tens[1]), QStringLiteral("From start of this 10 mins 5/15/2024 14:30 - 5/15/2024 14:37"));
+    EXPECT_EQ(range(tens[3]), QStringLiteral("To the end of this 10 mins 5/15/2024 14:37 - 5/15/2024 14:40"));
+    EXPECT_EQ(range(tens[4]), QStringLiteral("Next 10 mins 5/15/2024 14:40 - 5/15/2024 14:50"));
+    EXPECT_EQ(range(FilterPeriodItems(fpDay, now)[2]), QStringLiteral("Today 5/15/2024 00:00 - 5/16/2024 00:00"));
+    EXPECT_EQ(range(FilterPeriodItems(fpQuarter, now)[0]), QStringLiteral("Past quarter 1/1/2024 00:00 - 4/1/2024 00:00"));
+    EXPECT_EQ(range(FilterPeriodItems(fpQuarters, now)[3]), QStringLiteral("Fourth quarter 10/1/2024 00:00 - 1/1/2025 00:00"));
+    EXPECT_EQ(range(FilterPeriodItems(fpDecade, now)[4]), QStringLiteral("Next decade 1/1/2030 00:00 - 1/1/2040 00:00"));
+    EXPECT_EQ(FilterPeriodItems(fpHours, now).size(), 24);
+    EXPECT_EQ(FilterPeriodCaption(fp20Mins), QStringLiteral("20 minutes"));
+
+    use();
+    TQFilterCondition from, to;
+    FilterPeriodConditions(FilterPeriodItems(fpDay, now)[2], ftDate, from, to);
+    EXPECT_EQ(build("Day", from, to), QStringLiteral("Day >= '5/15/2024' AND Day < '5/16/2024'"));
+    // A time range that ends at midnight has no upper bound.
+    FilterPeriodConditions(FilterPeriodItems(fpHours, now)[23], ftTime, from, to);
+    EXPECT_EQ(from.Value, QStringLiteral("23:00"));
+    EXPECT_EQ(to.Clause, fcNoFilter);
+}
