@@ -37,6 +37,18 @@ inline QString databasePath()
     return path;
 }
 
+// The most memory the process has held, in MiB.
+inline double peakResidentMiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    return -1;
+}
+
 inline QString serverUrl()
 {
     return qEnvironmentVariable("QDB_PG_URL");

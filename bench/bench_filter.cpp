@@ -28,19 +28,9 @@ using namespace qdb;
 namespace {
 
 using bench::databasePath;
+using bench::peakResidentMiB;
 
 const QSize Size(1280, 800);
-
-double peakResidentMiB()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return -1;
-}
 
 // Two filters taken in turn, so that every round applies a new one.
 struct Round

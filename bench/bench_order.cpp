@@ -35,21 +35,11 @@ using namespace qdb;
 namespace {
 
 using bench::databasePath;
+using bench::peakResidentMiB;
 using bench::rows;
 using bench::serverUrl;
 
 const QSize Size(1280, 800);
-
-double peakResidentMiB()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n'))
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    return -1;
-}
 
 void clicks(benchmark::State &state, const char *field)
 {
