@@ -11,6 +11,7 @@
 #include "platform/sql/SQLDataSet.h"
 
 #include "BenchDatabase.h"
+#include "BenchGrid.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -30,7 +31,7 @@ namespace {
 using bench::databasePath;
 using bench::peakResidentMiB;
 
-const QSize Size(1280, 800);
+const QSize Size = bench::GridSize;
 
 // Two filters taken in turn, so that every round applies a new one.
 struct Round
@@ -46,18 +47,8 @@ const Round Rounds[] = {
 
 void BM_Filter_Grid(benchmark::State &state)
 {
-    TSQLConnection connection;
-    connection.SetConnectionString(databasePath());
-    TSQLTable table;
-    table.SetConnection(&connection);
-    table.SetTableName(QStringLiteral("big"));
-    table.Open();
-    TDataSource source;
-    source.SetDataSet(&table);
-    TQDBGrid grid;
-    grid.resize(Size);
-    grid.SetDataSource(&source);
-    grid.SetKeyFields(QStringLiteral("ID"));
+    bench::BigTableGrid shown;
+    TQDBGrid &grid = shown.grid;
     grid.GetFilterGrid()->SetAutoFilter(true);
     grid.show();
     QApplication::processEvents();
@@ -77,8 +68,7 @@ void BM_Filter_Grid(benchmark::State &state)
         grid.viewport()->repaint();
     }
     state.counters["peak MiB"] = peakResidentMiB();
-    state.counters["first ID"] = table.FieldByName(QStringLiteral("ID"))->AsInteger();
-    grid.SetDataSource(nullptr);
+    state.counters["first ID"] = shown.table.FieldByName(QStringLiteral("ID"))->AsInteger();
 }
 BENCHMARK(BM_Filter_Grid)->Unit(benchmark::kMillisecond);
 

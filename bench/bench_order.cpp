@@ -17,6 +17,7 @@
 #include "platform/sql/SQLDataSet.h"
 
 #include "BenchDatabase.h"
+#include "BenchGrid.h"
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -39,25 +40,15 @@ using bench::peakResidentMiB;
 using bench::rows;
 using bench::serverUrl;
 
-const QSize Size(1280, 800);
+const QSize Size = bench::GridSize;
 
 void clicks(benchmark::State &state, const char *field)
 {
-    TSQLConnection connection;
-    connection.SetConnectionString(databasePath());
-    TSQLTable table;
-    table.SetConnection(&connection);
-    table.SetTableName(QStringLiteral("big"));
-    table.Open();
-    TDataSource source;
-    source.SetDataSet(&table);
-    TQDBGrid grid;
-    grid.resize(Size);
-    grid.SetDataSource(&source);
-    grid.SetKeyFields(QStringLiteral("ID"));
+    bench::BigTableGrid shown;
+    TQDBGrid &grid = shown.grid;
     grid.SetOptionsEx(grid.GetOptionsEx() + dgAutoUpdateOrder);
     grid.show();
-    table.SetRecNo(1000);
+    shown.table.SetRecNo(1000);
     QApplication::processEvents();
     TQColumnTitle *title = grid.GetColumns()->FindColumn(QString::fromLatin1(field))->GetTitle();
     for (auto _ : state) {
@@ -65,7 +56,6 @@ void clicks(benchmark::State &state, const char *field)
         grid.viewport()->repaint();
     }
     state.counters["peak MiB"] = peakResidentMiB();
-    grid.SetDataSource(nullptr);
 }
 
 void BM_TitleClick_Grid_Indexed(benchmark::State &state) { clicks(state, "Name"); }

@@ -194,24 +194,9 @@ QString TQDBColumnFilter::BuildFilter(TQFilterCondition first, TQFilterCondition
 void TQDBColumnFilter::StoreFilter(const TQFilterCondition &first, const TQFilterCondition &second, bool andOn,
                                    bool notOn)
 {
+    // A column filters by conditions or by ticked values: a new condition clears the ticks.
     const QString expression = BuildFilter(first, second, andOn, notOn);
-    TQDBGridFilter *filter = gridFilter();
-    if (!expression.isEmpty() && filter) {
-        // One change: the new condition and the ticked values it replaces.
-        filter->BeginFilterChange();
-        try {
-            column_->SetFilterText(expression);
-            column_->GetFilterList()->Clear();
-        } catch (...) {
-            filter->CancelFilterChange();
-            throw;
-        }
-        filter->EndFilterChange();
-        return;
-    }
-    column_->SetFilterText(expression);
-    if (!expression.isEmpty())
-        column_->GetFilterList()->Clear();
+    column_->ChangeFilter(expression, !expression.isEmpty());
 }
 
 } // namespace qdb

@@ -4,13 +4,9 @@
 #include "filter/QDBGridFilter.h"
 #include "platform/rtl/Strings.h"
 
+#include <optional>
+
 namespace qdb {
-
-namespace {
-
-const QString SelectionForFilter = QStringLiteral("qdb:filter");
-
-} // namespace
 
 TQDBGridFilter *TQCustomDBGrid::GetFilterGrid() const
 {
@@ -166,25 +162,14 @@ void TQCustomDBGrid::ChangeDataSetFilter(bool filtered, const QString &filter, c
     }
     if (!ds->Filtered() && !filtered && filter == ds->Filter() && onFilterRecord == ds->OnFilterRecord())
         return;
-    const QString keyFields = keyFieldName.isEmpty() ? GetKeyFields() : keyFieldName;
-    // Key fields this data set does not have cannot keep anything.
-    bool keys = !keyFields.isEmpty();
-    for (const QString &name : keyFields.split(QLatin1Char(';'), Qt::SkipEmptyParts))
-        keys = keys && ds->FindField(name.trimmed());
     DisablePosition();
-    const bool keepSelection = keys && GetRowsSelection();
-    Variant key;
+    std::optional<KeptPlace> place;
     auto comeBack = [&] {
-        if (keepSelection)
-            RestoreSelection(SelectionForFilter);
-        if (keys && ds->Active() && !ds->IsEmpty())
-            ds->Locate(keyFields, key, {});
+        if (place)
+            place->Restore();
     };
     try {
-        if (keys && !ds->IsEmpty())
-            key = ds->FieldValues(keyFields);
-        if (keepSelection)
-            SaveSelection(SelectionForFilter);
+        place.emplace(this, keyFieldName.isEmpty() ? GetKeyFields() : keyFieldName, GetRowsSelection());
         ClearSelection();
         try {
             if (filtered && ds->Filtered())

@@ -246,6 +246,35 @@ void TQCustomDBGrid::RestoreSelection(const QString &name)
     rows.SetSavedValues(before);
 }
 
+namespace {
+
+const QString KeptSelection = QStringLiteral("__kept");
+
+} // namespace
+
+KeptPlace::KeptPlace(TQCustomDBGrid *grid, const QString &keyFields, bool keepSelection)
+    : grid_(grid), keyFields_(keyFields)
+{
+    TDataSet *ds = grid->DataSet();
+    keys_ = ds && ds->Active() && !keyFields.isEmpty();
+    for (const QString &name : keyFields.split(QLatin1Char(';'), Qt::SkipEmptyParts))
+        keys_ = keys_ && ds->FindField(name.trimmed());
+    selection_ = keys_ && keepSelection;
+    if (keys_ && !ds->IsEmpty())
+        key_ = ds->FieldValues(keyFields);
+    if (selection_)
+        grid->SaveSelection(KeptSelection);
+}
+
+void KeptPlace::Restore()
+{
+    TDataSet *ds = grid_->DataSet();
+    if (selection_)
+        grid_->RestoreSelection(KeptSelection);
+    if (keys_ && !key_.IsClear() && ds && ds->Active() && !ds->IsEmpty())
+        ds->Locate(keyFields_, key_, {});
+}
+
 bool TQCustomDBGrid::IsColMultiSelected(const TQColumn *column) const
 {
     return GetColsSelection() && SelectedCols().Contains(column);

@@ -11,13 +11,9 @@
 
 #include <QCoreApplication>
 
+#include <optional>
+
 namespace qdb {
-
-namespace {
-
-const QString SelectionForReorder = QStringLiteral("__order");
-
-} // namespace
 
 QString TQCustomDBGrid::GetDetailFields() const { return d_->detailFields; }
 
@@ -208,23 +204,13 @@ void TQCustomDBGrid::ReorderDataSet(bool reopen, const std::function<void()> &wr
     TDataSet *ds = DataSet();
     DisablePosition();
     const bool active = ds->Active();
-    // Key fields this data set does not have cannot keep anything: it is reordered all the same.
-    bool keys = active && KeepPosition();
-    for (const QString &name : GetKeyFields().split(QLatin1Char(';'), Qt::SkipEmptyParts))
-        keys = keys && ds->FindField(name.trimmed());
-    const bool keepSelection = keys && KeepSelection();
-    Variant key;
+    std::optional<KeptPlace> place;
     auto comeBack = [&] {
-        if (keepSelection)
-            RestoreSelection(SelectionForReorder);
-        if (keys && ds->Active())
-            ds->Locate(GetKeyFields(), key, {});
+        if (place)
+            place->Restore();
     };
     try {
-        if (keys)
-            key = ds->FieldValues(GetKeyFields());
-        if (keepSelection)
-            SaveSelection(SelectionForReorder);
+        place.emplace(this, active && KeepPosition() ? GetKeyFields() : QString(), KeepSelection());
         if (!reopen || active)
             ClearSelection();
         const bool closed = reopen && active;

@@ -165,6 +165,25 @@ private:
     int saved_;
 };
 
+// The current record (by key fields) and, when asked, the selected rows of a grid, kept
+// through a change that reorders or reloads its data set: read before, found again after.
+// Key fields the data set does not have keep nothing.
+class KeptPlace
+{
+public:
+    KeptPlace(TQCustomDBGrid *grid, const QString &keyFields, bool keepSelection);
+    bool Keys() const { return keys_; }
+    // Selects the kept rows again and goes to the kept record.
+    void Restore();
+
+private:
+    TQCustomDBGrid *grid_;
+    QString keyFields_;
+    bool keys_ = false;
+    bool selection_ = false;
+    Variant key_;
+};
+
 // Text and alignment helpers shared by the cell painters.
 Qt::Alignment HorizontalAlignment(TAlignment a, bool rightToLeft);
 Qt::Alignment VerticalAlignment(TVAlignment a);

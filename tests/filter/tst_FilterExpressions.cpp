@@ -7,6 +7,7 @@
 #include "filter/QDBFilter.h"
 #include "grid/QDBGrid.h"
 #include "platform/db/DataSource.h"
+#include "platform/rtl/Exceptions.h"
 #include "platform/rtl/DateTime.h"
 #include "platform/rtl/FormatDateTime.h"
 
@@ -98,6 +99,16 @@ TEST_F(FilterExpressions, NotWithNothingLeftKeepsTheTickedValues)
     TQDBColumnFilter(name).StoreFilter({fcContains, QStringLiteral("b")}, {}, true, false);
     EXPECT_EQ(name->GetFilterText(), QStringLiteral("Name LIKE '%b%'"));
     EXPECT_EQ(name->GetFilterList()->Count(), 0) << "a column filters by conditions or by ticked values";
+
+    // A quote inside the value is left as typed: the data set refuses the expression, and the
+    // column keeps what it had, ticked values included.
+    name->SetFilterText(QString());
+    name->GetFilterList()->Add(QStringLiteral("a"));
+    ASSERT_EQ(name->GetFilterText(), QString());
+    EXPECT_THROW(TQDBColumnFilter(name).StoreFilter({fcIsEqual, QStringLiteral("it's")}, {}, true, false), EDatabaseError);
+    EXPECT_EQ(name->GetFilterText(), QString());
+    EXPECT_EQ(name->GetFilterList()->ToStringList(), QStringList{QStringLiteral("a")});
+    EXPECT_EQ(table->Filter(), QString());
 }
 
 TEST_F(FilterExpressions, FloatListsFollowTheLocaleAndTheDialect)
