@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMenuBar>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QSqlIndex>
 #include <QStatusBar>
@@ -71,6 +72,8 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     connection_.AfterWait = [this](TObject *) { doneWaiting(); };
     source_.OnDataChange = [this](TObject *, TField *) { updateCounter(); };
     source_.OnStateChange = [this](TObject *) { updateCounter(); };
+    // A large table is counted after its first rows are shown, when the grid sizes its bar.
+    connect(grid_->verticalScrollBar(), &QScrollBar::rangeChanged, this, &ExplorerWindow::updateCounter);
     resize(1000, 640);
 }
 
@@ -184,8 +187,12 @@ void ExplorerWindow::updateCounter()
         counter_->clear();
         return;
     }
-    const int count = table_.RecordCount();
     const int recNo = table_.RecNo();
+    if (!table_.RecordCountKnown()) {
+        counter_->setText(recNo > 0 ? tr("Record %1").arg(recNo) : QString());
+        return;
+    }
+    const int count = table_.RecordCount();
     counter_->setText(recNo > 0 ? tr("Record %1 of %2").arg(recNo).arg(count) : tr("%n record(s)", nullptr, count));
 }
 

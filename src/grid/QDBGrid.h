@@ -596,6 +596,8 @@ private:
     // The face of a title or indicator title cell, in the style's VisualStyle.
     void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
+    // Sizes the scroll bar once the event loop comes round, counting the data set then.
+    void CountLater(int delay);
     // Keeps the fields' widths and visibility as the link goes, gives them back to the same
     // fields as it comes again.
     void keepFieldLayout(bool active);

@@ -172,13 +172,7 @@ void TQCustomDBGrid::ChangeDataSetFilter(bool filtered, const QString &filter, c
         place.emplace(this, keyFieldName.isEmpty() ? GetKeyFields() : keyFieldName, GetRowsSelection());
         ClearSelection();
         try {
-            if (filtered && ds->Filtered())
-                ds->SetFiltered(false); // the same filter again is still looked at anew
-            if (!(ds->OnFilterRecord() == onFilterRecord))
-                ds->SetOnFilterRecord(onFilterRecord);
-            if (ds->Filter() != filter)
-                ds->SetFilter(filter);
-            ds->SetFiltered(filtered);
+            ds->SetFilterState(filtered, filter, onFilterRecord);
         } catch (...) {
             try {
                 comeBack();

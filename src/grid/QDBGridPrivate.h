@@ -131,6 +131,10 @@ struct TQCustomDBGrid::Private
     QString imeName;
     bool settingActive = false; // the grid follows the data set, it does not move it
     bool updatingScrollBar = false;
+    bool countQueued = false; // the scroll bar waits for the data set's count
+    // The data set and version whose count the user cancelled: not asked for again.
+    QPointer<TDataSet> uncounted;
+    quint64 uncountedVersion = 0;
     int savingColumns = 0;
     int loadingColumns = 0;
     int loading = 0; // reading from a stream

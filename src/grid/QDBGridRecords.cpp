@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QTimer>
 
 namespace qdb {
 
@@ -366,19 +367,62 @@ void TQCustomDBGrid::UpdateScrollBar()
 
 void TQCustomDBGrid::UpdateScrollBars()
 {
-    d_->updatingScrollBar = true;
+    const QScopedValueRollback<bool> updating(d_->updatingScrollBar, true);
     TCustomGrid::UpdateScrollBars(); // the columns; its rows are replaced below
     QScrollBar *v = verticalScrollBar();
     if (DataLink()->Active()) {
         // The bar shows where the current record is in the data set, not the rows on screen.
-        const int count = RecCount();
+        // Counting a large result takes a while: the rows are shown first and the bar gets
+        // its size once the event loop comes round.
+        TDataSet *ds = DataSet();
+        int count;
+        if (ForcedSequence() || ds->RecordCountKnown()) {
+            count = RecCount();
+        } else {
+            count = RecNumber() + VisibleRowCount();
+            if (!(d_->uncounted == ds && d_->uncountedVersion == ds->DataVersion()))
+                CountLater(0);
+        }
         v->setRange(0, qMax(0, count - 1));
         v->setPageStep(qMax(1, VisibleRowCount()));
         v->setValue(qMax(0, RecNumber() - 1));
     } else {
         v->setRange(0, 0);
     }
-    d_->updatingScrollBar = false;
+}
+
+void TQCustomDBGrid::CountLater(int delay)
+{
+    if (std::exchange(d_->countQueued, true))
+        return;
+    QTimer::singleShot(delay, this, [this] {
+        d_->countQueued = false;
+        QPointer<TDataSet> ds = DataSet();
+        if (!DataLink()->Active() || !ds)
+            return;
+        if (!ds->RecordCountKnown()) {
+            if (ds->Reading()) { // not from within another read's wait
+                CountLater(50);
+                return;
+            }
+            const QPointer<TQCustomDBGrid> alive = this;
+            try {
+                ds->RecordCount();
+            } catch (const EReadCancelled &) {
+                if (alive && ds) {
+                    d_->uncounted = ds;
+                    d_->uncountedVersion = ds->DataVersion();
+                }
+                return;
+            } catch (const Exception &e) {
+                MessageDlg(e.Message(), mtError, {mbOK});
+                return;
+            }
+            if (!alive)
+                return;
+        }
+        UpdateScrollBars();
+    });
 }
 
 void TQCustomDBGrid::scrollContentsBy(int dx, int dy)

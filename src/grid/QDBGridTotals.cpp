@@ -276,6 +276,10 @@ void TQCustomDBGrid::DelayUpdateTotals(TObject *sender)
 {
     Q_UNUSED(sender);
     d_->totals->StopWaiting();
+    if (TDataSet *ds = DataSet(); ds && ds->Reading()) { // not from within another read's wait
+        d_->totals->Delay(DelayInterval());
+        return;
+    }
     showingErrors([this] { UpdateCalcValues(false); }); // a timer has nobody to raise to
 }
 

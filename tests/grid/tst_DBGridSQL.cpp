@@ -90,6 +90,24 @@ TEST_F(DBGridOnSQLite, BrowsesAndEditsTheTable)
     EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT name FROM items WHERE qty = 1000")).ToString(), "renamed");
 }
 
+TEST_F(DBGridOnSQLite, TheRowsShowBeforeTheyAreCountedAndTheBarFollows)
+{
+    table.SetFilter(QStringLiteral("qty > 1500"));
+    table.SetFiltered(true);
+    // The first screen is read; counting the filtered rows waits for the event loop.
+    EXPECT_FALSE(table.RecordCountKnown());
+    EXPECT_EQ(grid.CellText(grid.DataToRawColumn(2), 1), "1501");
+    EXPECT_LT(grid.verticalScrollBar()->maximum(), 499);
+    QApplication::processEvents();
+    EXPECT_EQ(grid.verticalScrollBar()->maximum(), 499);
+    grid.verticalScrollBar()->setValue(499);
+    EXPECT_EQ(table.FieldByName(QStringLiteral("qty"))->AsInteger(), 2000);
+    // A result that fits in what was read is counted by reading it.
+    table.SetFilter(QStringLiteral("qty > 1990"));
+    EXPECT_TRUE(table.RecordCountKnown());
+    EXPECT_EQ(grid.verticalScrollBar()->maximum(), 9);
+}
+
 TEST_F(DBGridOnSQLite, ARefusedPostKeepsWhatWasTyped)
 {
     QStringList messages;

@@ -1134,17 +1134,23 @@ Variant TDataSet::Lookup(const QString &keyFields, const Variant &keyValues, con
 
 // ---- filtering ----
 
-void TDataSet::SetFilter(const QString &text)
+std::unique_ptr<FilterExpression> TDataSet::parseFilter(const QString &text)
 {
-    if (text == filterText_)
-        return;
-    // Parse first: a text that does not parse changes nothing.
     std::unique_ptr<FilterExpression> parsed;
     if (!text.trimmed().isEmpty()) {
         parsed = std::make_unique<FilterExpression>(text);
         if (Active())
             parsed->Bind(this, filterOptions_);
     }
+    return parsed;
+}
+
+void TDataSet::SetFilter(const QString &text)
+{
+    if (text == filterText_)
+        return;
+    // Parse first: a text that does not parse changes nothing.
+    std::unique_ptr<FilterExpression> parsed = parseFilter(text);
     filterText_ = text;
     filterExpr_ = std::move(parsed);
     if (filtered_ && Active()) {
@@ -1185,6 +1191,24 @@ void TDataSet::SetOnFilterRecord(const TFilterRecordEvent &handler)
 {
     onFilterRecord_ = handler;
     if (filtered_ && Active()) {
+        DataContentChanged();
+        FilterChanged();
+    }
+}
+
+void TDataSet::SetFilterState(bool on, const QString &text, const TFilterRecordEvent &handler)
+{
+    const bool newText = text != filterText_;
+    std::unique_ptr<FilterExpression> parsed = newText ? parseFilter(text) : nullptr;
+    if (Active())
+        CheckBrowseMode();
+    if (newText) {
+        filterText_ = text;
+        filterExpr_ = std::move(parsed);
+    }
+    onFilterRecord_ = handler;
+    const bool was = std::exchange(filtered_, on);
+    if (Active() && (on || was)) {
         DataContentChanged();
         FilterChanged();
     }

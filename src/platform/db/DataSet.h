@@ -154,6 +154,12 @@ public:
     bool Eof() const { return eof_; }
     bool IsEmpty() const { return recordCount_ == 0; }
     virtual int RecordCount() const { return -1; }
+    // False while RecordCount would first have to count the whole data set in the database:
+    // a caller that can wait shows what it has and asks later.
+    virtual bool RecordCountKnown() const { return true; }
+    // True while a read of this data set's database is under way and the events it lets
+    // through (see TSQLConnection::OnWait) run meanwhile.
+    virtual bool Reading() const { return false; }
     // 1-based position of the current record; -1 when unknown.
     virtual int RecNo() const { return -1; }
     virtual void SetRecNo(int) {}
@@ -243,6 +249,9 @@ public:
     void SetFilterOptions(TFilterOptions options);
     const TFilterRecordEvent &OnFilterRecord() const { return onFilterRecord_; }
     void SetOnFilterRecord(const TFilterRecordEvent &handler);
+    // Filter, OnFilterRecord and Filtered at once: the records are looked at once, and anew
+    // even when none of the three changed (the handler may answer otherwise now).
+    void SetFilterState(bool on, const QString &text, const TFilterRecordEvent &handler);
     // Holds while its handler is OnFilterRecord; read when the filter is applied next.
     void SetFilterRecordMatch(const TFilterRecordMatch &match) { filterRecordMatch_ = match; }
     const TFilterRecordMatch &FilterRecordMatch() const { return filterRecordMatch_; }
@@ -424,6 +433,7 @@ private:
     void unregisterField(TField *field);
     void rebuildFieldList();
     void compileFilter();
+    std::unique_ptr<FilterExpression> parseFilter(const QString &text);
     void addDataSource(TDataSource *source);
     void removeDataSource(TDataSource *source);
 

@@ -103,6 +103,7 @@ public:
     void Cancel();
     // Whether the read in progress, or the last one, was cancelled.
     bool Cancelled() const { return cancelled_; }
+    bool Reading() const { return readDepth_ > 0; }
     // After a statement failed: when the server ended the session (a restart, an idle
     // timeout, a killed backend), opens it again and answers true; false when the session is
     // alive, so the failure was the statement's. Raises when the server cannot be reached,

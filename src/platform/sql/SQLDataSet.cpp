@@ -546,6 +546,11 @@ int TCustomSQLDataSet::RecordCount() const
     return Active() ? int(qMin<qint64>(count(), std::numeric_limits<int>::max())) : 0;
 }
 
+bool TCustomSQLDataSet::RecordCountKnown() const
+{
+    return !Active() || count_ >= 0 || !source_ || source_->KnownCount() >= 0;
+}
+
 int TCustomSQLDataSet::RecNo() const
 {
     if (!Active() || IsEmpty() || State() == dsInsert)

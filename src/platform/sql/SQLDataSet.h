@@ -58,6 +58,8 @@ public:
     void SetReadOnly(bool on) { readOnly_ = on; }
 
     int RecordCount() const override;
+    bool RecordCountKnown() const override;
+    bool Reading() const override { return connection_ && connection_->Reading(); }
     int RecNo() const override;
     void SetRecNo(int recNo) override;
     bool BookmarkValid(const TBookmark &bookmark) const override;
