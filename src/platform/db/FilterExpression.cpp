@@ -8,6 +8,7 @@
 #include "platform/rtl/FormatDateTime.h"
 
 #include <cmath>
+#include <optional>
 
 namespace qdb {
 
@@ -403,14 +404,87 @@ void convertLiteral(FilterNode &literal, const TField *field, const QString &tex
     literal.value = converted;
 }
 
+// The rules every evaluation shares, the record walk's and the compiled one's.
+struct Rules
+{
+    explicit Rules(TFilterOptions options)
+        : cs(options.Contains(foCaseInsensitive) ? Qt::CaseInsensitive : Qt::CaseSensitive),
+          partial(!options.Contains(foNoPartialCompare))
+    {
+    }
+    Qt::CaseSensitivity cs;
+    bool partial;
+};
+
+bool isNumber(VarType t)
+{
+    return t == VarType::Integer || t == VarType::Double || t == VarType::DateTime;
+}
+
+Tri compareOp(FilterNode::CompareOp op, int c)
+{
+    switch (op) {
+    case FilterNode::Eq: return tri(c == 0);
+    case FilterNode::Ne: return tri(c != 0);
+    case FilterNode::Lt: return tri(c < 0);
+    case FilterNode::Le: return tri(c <= 0);
+    case FilterNode::Gt: return tri(c > 0);
+    case FilterNode::Ge: return tri(c >= 0);
+    }
+    return Tri::False;
+}
+
+Tri fromRelationship(FilterNode::CompareOp op, VariantRelationship r)
+{
+    if (r == VariantRelationship::vrNotEqual) // NaN, or kinds that do not compare
+        return op == FilterNode::Ne ? Tri::True : Tri::False;
+    return compareOp(op, r == VariantRelationship::vrLessThan ? -1 : (r == VariantRelationship::vrGreaterThan ? 1 : 0));
+}
+
+// a <op> b; prefixLiteral: b is a literal, where 'ab*' compares the leading part.
+Tri compareValues(const Variant &a, const Variant &b, FilterNode::CompareOp op, bool prefixLiteral, const Rules &rules)
+{
+    const VarType ta = a.Type(), tb = b.Type();
+    // Numbers first: what a filter compares most, and what VarCompareValue would conclude.
+    if (ta == VarType::Integer && tb == VarType::Integer) {
+        const qint64 x = a.ToInt64(), y = b.ToInt64();
+        return compareOp(op, x < y ? -1 : (x > y ? 1 : 0));
+    }
+    if (isNumber(ta) && isNumber(tb)) {
+        const double x = a.ToDouble(), y = b.ToDouble();
+        if (x < y)
+            return compareOp(op, -1);
+        if (x > y)
+            return compareOp(op, 1);
+        return x == y ? compareOp(op, 0) : fromRelationship(op, VariantRelationship::vrNotEqual);
+    }
+    if (a.IsClear() || b.IsClear())
+        return Tri::Unknown;
+    if (ta == VarType::String && tb == VarType::String) {
+        const QString &x = *a.StringPtr(), &y = *b.StringPtr();
+        if (rules.partial && op == FilterNode::Eq && prefixLiteral && y.endsWith(QLatin1Char('*')))
+            return tri(x.startsWith(QStringView(y).left(y.size() - 1), rules.cs));
+        return compareOp(op, x.compare(y, rules.cs));
+    }
+    return fromRelationship(op, VarCompareValue(a, b));
+}
+
+bool equalValues(const Variant &a, const Variant &b, const Rules &rules)
+{
+    if (a.IsString() && b.IsString())
+        return a.StringPtr()->compare(*b.StringPtr(), rules.cs) == 0;
+    return VarCompareValue(a, b) == VariantRelationship::vrEqual;
+}
+
+Tri truth(const Variant &v)
+{
+    return v.IsClear() ? Tri::Unknown : tri(v.ToBool());
+}
+
 class Evaluator
 {
 public:
-    explicit Evaluator(TFilterOptions options)
-        : cs_(options.Contains(foCaseInsensitive) ? Qt::CaseInsensitive : Qt::CaseSensitive),
-          partial_(!options.Contains(foNoPartialCompare))
-    {
-    }
+    explicit Evaluator(TFilterOptions options) : rules_(options) {}
 
     Tri eval(const FilterNode &n) const
     {
@@ -435,78 +509,201 @@ public:
         }
         case FilterNode::Not: return notTri(eval(*n.children[0]));
         case FilterNode::IsNull: {
-            const bool isNull = value(*n.children[0]).IsClear();
-            return tri(isNull != n.negated);
+            Variant scratch;
+            return tri(value(*n.children[0], scratch).IsClear() != n.negated);
         }
-        case FilterNode::Compare: return compare(n);
+        case FilterNode::Compare: {
+            Variant sa, sb;
+            return compareValues(value(*n.children[0], sa), value(*n.children[1], sb), n.compareOp,
+                                 n.children[1]->kind == FilterNode::Literal, rules_);
+        }
         case FilterNode::Like: {
-            const Variant v = value(*n.children[0]);
-            const Variant p = value(*n.children[1]);
+            Variant sv, sp;
+            const Variant &v = value(*n.children[0], sv);
+            const Variant &p = value(*n.children[1], sp);
             if (v.IsClear() || p.IsClear())
                 return Tri::Unknown;
-            return tri(LikeMatch(text(*n.children[0], v), p.ToString(), cs_) != n.negated);
+            return tri(LikeMatch(v.ToString(), p.ToString(), rules_.cs) != n.negated);
         }
         case FilterNode::In: {
-            const Variant v = value(*n.children[0]);
+            Variant sv, si;
+            const Variant &v = value(*n.children[0], sv);
             if (v.IsClear())
                 return Tri::Unknown;
             bool found = false;
             for (size_t i = 1; i < n.children.size() && !found; ++i)
-                found = equal(v, value(*n.children[i]));
+                found = equalValues(v, value(*n.children[i], si), rules_);
             return tri(found != n.negated);
         }
-        default: return value(n).IsClear() ? Tri::Unknown : tri(value(n).ToBool());
+        default: {
+            Variant scratch;
+            return truth(value(n, scratch));
+        }
         }
     }
 
 private:
-    static Variant value(const FilterNode &n) { return n.kind == FilterNode::Field ? n.field->Value() : n.value; }
-
-    static QString text(const FilterNode &n, const Variant &v)
+    static const Variant &value(const FilterNode &n, Variant &scratch)
     {
-        return n.kind == FilterNode::Field ? n.field->AsString() : v.ToString();
+        return n.kind == FilterNode::Field ? n.field->ValueRef(scratch) : n.value;
     }
 
-    bool equal(const Variant &a, const Variant &b) const
-    {
-        if (a.IsString() && b.IsString())
-            return a.ToString().compare(b.ToString(), cs_) == 0;
-        return VarCompareValue(a, b) == VariantRelationship::vrEqual;
-    }
+    Rules rules_;
+};
 
-    Tri compare(const FilterNode &n) const
+// ---- compiled evaluation over column storage ----
+
+using Compiled = std::function<Tri(qint64 row)>;
+
+// An operand: a field's column, or a literal.
+struct Operand
+{
+    const std::vector<Variant> *column = nullptr;
+    Variant literal;
+    const Variant &operator()(qint64 row) const { return column ? (*column)[size_t(row)] : literal; }
+};
+
+class Compiler
+{
+public:
+    Compiler(TFilterOptions options, const FilterExpression::ColumnOf &columnOf) : rules_(options), columnOf_(columnOf) {}
+
+    // Empty when a part cannot be looked at in the columns.
+    Compiled compile(const FilterNode &n) const
     {
-        const Variant a = value(*n.children[0]);
-        const Variant b = value(*n.children[1]);
-        if (a.IsClear() || b.IsClear())
-            return Tri::Unknown;
-        int c;
-        if (a.IsString() && b.IsString()) {
-            const QString x = a.ToString(), y = b.ToString();
-            // 'ab*' compares the leading part unless partial compare is off
-            if (partial_ && n.compareOp == FilterNode::Eq && n.children[1]->kind == FilterNode::Literal
-                && y.endsWith(QLatin1Char('*')))
-                return tri(x.startsWith(y.left(y.size() - 1), cs_));
-            c = x.compare(y, cs_);
-        } else {
-            const VariantRelationship r = VarCompareValue(a, b);
-            if (r == VariantRelationship::vrNotEqual)
-                return n.compareOp == FilterNode::Ne ? Tri::True : Tri::False;
-            c = r == VariantRelationship::vrLessThan ? -1 : (r == VariantRelationship::vrGreaterThan ? 1 : 0);
+        switch (n.kind) {
+        case FilterNode::Or:
+        case FilterNode::And: {
+            Compiled a = compile(*n.children[0]), b = compile(*n.children[1]);
+            if (!a || !b)
+                return {};
+            if (n.kind == FilterNode::Or)
+                return [a, b](qint64 row) {
+                    const Tri x = a(row);
+                    if (x == Tri::True)
+                        return x;
+                    const Tri y = b(row);
+                    if (y == Tri::True)
+                        return y;
+                    return x == Tri::Unknown || y == Tri::Unknown ? Tri::Unknown : Tri::False;
+                };
+            return [a, b](qint64 row) {
+                const Tri x = a(row);
+                if (x == Tri::False)
+                    return x;
+                const Tri y = b(row);
+                if (y == Tri::False)
+                    return y;
+                return x == Tri::Unknown || y == Tri::Unknown ? Tri::Unknown : Tri::True;
+            };
         }
-        switch (n.compareOp) {
-        case FilterNode::Eq: return tri(c == 0);
-        case FilterNode::Ne: return tri(c != 0);
-        case FilterNode::Lt: return tri(c < 0);
-        case FilterNode::Le: return tri(c <= 0);
-        case FilterNode::Gt: return tri(c > 0);
-        case FilterNode::Ge: return tri(c >= 0);
+        case FilterNode::Not: {
+            Compiled a = compile(*n.children[0]);
+            if (!a)
+                return {};
+            return [a](qint64 row) { return notTri(a(row)); };
         }
-        return Tri::False;
+        case FilterNode::IsNull: {
+            auto v = operand(*n.children[0]);
+            if (!v)
+                return {};
+            return [v = *v, negated = n.negated](qint64 row) { return tri(v(row).IsClear() != negated); };
+        }
+        case FilterNode::Compare: {
+            auto a = operand(*n.children[0]), b = operand(*n.children[1]);
+            if (!a || !b)
+                return {};
+            return [a = *a, b = *b, op = n.compareOp, prefix = n.children[1]->kind == FilterNode::Literal,
+                    rules = rules_](qint64 row) { return compareValues(a(row), b(row), op, prefix, rules); };
+        }
+        case FilterNode::Like: {
+            auto v = operand(*n.children[0]), p = operand(*n.children[1]);
+            if (!v || !p)
+                return {};
+            return [v = *v, p = *p, negated = n.negated, cs = rules_.cs](qint64 row) {
+                const Variant &x = v(row), &y = p(row);
+                if (x.IsClear() || y.IsClear())
+                    return Tri::Unknown;
+                return tri(LikeMatch(x.ToString(), y.ToString(), cs) != negated);
+            };
+        }
+        case FilterNode::In: {
+            auto v = operand(*n.children[0]);
+            if (!v)
+                return {};
+            std::vector<Operand> items;
+            for (size_t i = 1; i < n.children.size(); ++i) {
+                auto item = operand(*n.children[i]);
+                if (!item)
+                    return {};
+                items.push_back(*item);
+            }
+            return [v = *v, items = std::move(items), negated = n.negated, rules = rules_](qint64 row) {
+                const Variant &x = v(row);
+                if (x.IsClear())
+                    return Tri::Unknown;
+                bool found = false;
+                for (size_t i = 0; i < items.size() && !found; ++i)
+                    found = equalValues(x, items[i](row), rules);
+                return tri(found != negated);
+            };
+        }
+        default: {
+            auto v = operand(n);
+            if (!v)
+                return {};
+            return [v = *v](qint64 row) { return truth(v(row)); };
+        }
+        }
     }
 
-    Qt::CaseSensitivity cs_;
-    bool partial_;
+    // The whole expression as a yes or no; a field compared with a number, the commonest
+    // filter, is looked at without a call.
+    FilterExpression::RowTest test(const FilterNode &n) const
+    {
+        if (n.kind == FilterNode::Compare && n.children[0]->kind == FilterNode::Field
+            && n.children[1]->kind == FilterNode::Literal && isNumber(n.children[1]->value.Type())) {
+            auto field = operand(*n.children[0]);
+            if (!field)
+                return {};
+            return [column = field->column, b = n.children[1]->value, y = n.children[1]->value.ToDouble(),
+                    op = n.compareOp, rules = rules_](qint64 row) {
+                const Variant &a = (*column)[size_t(row)];
+                if (a.Type() == VarType::Double && b.Type() == VarType::Double) {
+                    const double x = a.ToDouble();
+                    switch (op) {
+                    case FilterNode::Eq: return x == y;
+                    case FilterNode::Ne: return !(x == y); // NaN too
+                    case FilterNode::Lt: return x < y;
+                    case FilterNode::Le: return x <= y;
+                    case FilterNode::Gt: return x > y;
+                    case FilterNode::Ge: return x >= y;
+                    }
+                }
+                return compareValues(a, b, op, true, rules) == Tri::True;
+            };
+        }
+        Compiled tri = compile(n);
+        if (!tri)
+            return {};
+        return [tri = std::move(tri)](qint64 row) { return tri(row) == Tri::True; };
+    }
+
+private:
+    std::optional<Operand> operand(const FilterNode &n) const
+    {
+        if (n.kind == FilterNode::Literal)
+            return Operand{nullptr, n.value};
+        if (n.kind != FilterNode::Field || !n.field)
+            return std::nullopt;
+        const std::vector<Variant> *column = columnOf_(n.field);
+        if (!column)
+            return std::nullopt;
+        return Operand{column, Variant()};
+    }
+
+    Rules rules_;
+    const FilterExpression::ColumnOf &columnOf_;
 };
 
 void bindNode(FilterNode &n, TDataSet *ds, const QString &text)
@@ -579,6 +776,11 @@ void FilterExpression::Bind(TDataSet *dataSet, TFilterOptions options)
 bool FilterExpression::Evaluate() const
 {
     return Evaluator(options_).eval(*root_) == Tri::True;
+}
+
+FilterExpression::RowTest FilterExpression::Compile(const ColumnOf &columnOf) const
+{
+    return Compiler(options_, columnOf).test(*root_);
 }
 
 } // namespace qdb

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -49,6 +50,12 @@ public:
     void Bind(TDataSet *dataSet, TFilterOptions options);
     // Evaluates against the fields' current values.
     bool Evaluate() const;
+    // The bound expression made, once, into a test of a record straight in column storage
+    // (one vector of values per field, indexed by record): nothing is copied per record.
+    // columnOf answers nullptr for a field with no column; Compile is then empty.
+    using ColumnOf = std::function<const std::vector<Variant> *(TField *field)>;
+    using RowTest = std::function<bool(qint64 row)>;
+    RowTest Compile(const ColumnOf &columnOf) const;
 
 private:
     QString text_;

@@ -1,6 +1,7 @@
 #include "MemTable.h"
 
 #include "DBConsts.h"
+#include "FilterExpression.h"
 
 #include "platform/rtl/Exceptions.h"
 
@@ -236,9 +237,24 @@ void TMemTable::ensureView() const
         view_ = order_;
     } else {
         view_.clear();
-        for (qint64 row : order_)
-            if (self->rowPassesFilter(row))
-                view_.push_back(row);
+        // The expression alone looks at the columns themselves; a handler sees each record.
+        FilterExpression::RowTest test;
+        if (FilterExpr() && !OnFilterRecord())
+            test = FilterExpr()->Compile([this](TField *field) -> const std::vector<Variant> * {
+                const int column = columnOf(field);
+                return field->FieldKind() == fkData && column >= 0 && column < int(columns_.size())
+                           ? &columns_[size_t(column)]
+                           : nullptr;
+            });
+        if (test) {
+            for (qint64 row : order_)
+                if (test(row))
+                    view_.push_back(row);
+        } else {
+            for (qint64 row : order_)
+                if (self->rowPassesFilter(row))
+                    view_.push_back(row);
+        }
     }
     positionsValid_ = false;
     self->cursor_ = qBound(-1, cursor_, int(view_.size()));
@@ -352,6 +368,7 @@ TGetResult TMemTable::GetRecord(TRecordBuffer &buffer, TGetMode mode, bool doChe
     cursor_ = pos;
     buffer.row = view_[size_t(pos)];
     buffer.flag = bfCurrent;
+
     buffer.ClearValues();
     GetCalcFields(buffer);
     return grOK;
