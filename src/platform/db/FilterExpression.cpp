@@ -577,24 +577,16 @@ public:
             Compiled a = compile(*n.children[0]), b = compile(*n.children[1]);
             if (!a || !b)
                 return {};
-            if (n.kind == FilterNode::Or)
-                return [a, b](qint64 row) {
-                    const Tri x = a(row);
-                    if (x == Tri::True)
-                        return x;
-                    const Tri y = b(row);
-                    if (y == Tri::True)
-                        return y;
-                    return x == Tri::Unknown || y == Tri::Unknown ? Tri::Unknown : Tri::False;
-                };
-            return [a, b](qint64 row) {
+            // OR stops at the first true, AND at the first false.
+            const Tri stop = n.kind == FilterNode::Or ? Tri::True : Tri::False;
+            return [a, b, stop](qint64 row) {
                 const Tri x = a(row);
-                if (x == Tri::False)
+                if (x == stop)
                     return x;
                 const Tri y = b(row);
-                if (y == Tri::False)
+                if (y == stop)
                     return y;
-                return x == Tri::Unknown || y == Tri::Unknown ? Tri::Unknown : Tri::True;
+                return x == Tri::Unknown || y == Tri::Unknown ? Tri::Unknown : notTri(stop);
             };
         }
         case FilterNode::Not: {
