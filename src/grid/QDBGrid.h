@@ -5,6 +5,8 @@
 #include "QDBGridSelection.h"
 #include "QDBGridTypes.h"
 
+#include "editors/QDBEditorTypes.h"
+
 #include "platform/db/DataSource.h"
 #include "platform/rtl/Colors.h"
 #include "platform/rtl/Streaming.h"
@@ -132,6 +134,7 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions)
     Q_PROPERTY(QString DetailFields READ GetDetailFields WRITE SetDetailFields)
     Q_PROPERTY(qdb::TQDBGridFilter *FilterGrid READ GetFilterGrid)
+    Q_PROPERTY(bool ReadOnly READ GetReadOnly WRITE SetReadOnly)
 
 public:
     explicit TQCustomDBGrid(QWidget *parent = nullptr);
@@ -165,6 +168,17 @@ public:
     void SetFitWidthMax(int w);
     QString GetKeyFields() const;
     void SetKeyFields(const QString &fields);
+    // Nothing is typed into the cells; the grid still moves and selects.
+    bool GetReadOnly() const;
+    void SetReadOnly(bool on);
+
+    // ---- cell editors ----
+    // The editor a column's cells get (the selected column's without one): its button
+    // style, else what the field and the column's lists call for.
+    virtual TEditorStyle GetEditorStyle(TQColumn *column = nullptr) const;
+    // Asked before the selected cell takes typing: puts the record in edit mode and marks
+    // it modified; false, silently, where the cell may not change.
+    bool CanEditModify();
     TQGridStyle *GetGridStyle() const;
     // Rows a wheel step moves: 1 or more as given, the window's size when negative, the
     // system's setting when 0.
@@ -596,6 +610,7 @@ private:
     // The face of a title or indicator title cell, in the style's VisualStyle.
     void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
+    bool cellModifiable() const;
     // Sizes the scroll bar once the event loop comes round, counting the data set then.
     void CountLater(int delay);
     // Keeps the fields' widths and visibility as the link goes, gives them back to the same

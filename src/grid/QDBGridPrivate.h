@@ -132,6 +132,7 @@ struct TQCustomDBGrid::Private
     bool settingActive = false; // the grid follows the data set, it does not move it
     bool updatingScrollBar = false;
     bool countQueued = false; // the scroll bar waits for the data set's count
+    bool readOnly = false;
     // The data set and version whose count the user cancelled: not asked for again.
     QPointer<TDataSet> uncounted;
     quint64 uncountedVersion = 0;

@@ -1,0 +1,44 @@
+#pragma once
+
+// The vocabulary the cell editors, the free-standing editors and their popups share.
+
+#include "grid/QDBGridTypes.h"
+#include "platform/rtl/Variant.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace qdb {
+
+namespace QDBEditorTypes {
+Q_NAMESPACE
+
+enum TEditorStyle { edsSimple, edsEllipsis, edsDropDown, edsDropDownMenu, edsDropDownList };
+Q_ENUM_NS(TEditorStyle)
+// The free-standing editor's button; value for value the column's TQColumnButtonStyle.
+enum TEditorButtonStyle { ebsAuto, ebsEllipsis, ebsNone, ebsDropDown, ebsDropDownMenu, ebsCalendar, ebsCalculator };
+Q_ENUM_NS(TEditorButtonStyle)
+
+} // namespace QDBEditorTypes
+using namespace QDBEditorTypes;
+
+static_assert(int(ebsCalculator) == int(cbsCalculator) && int(ebsDropDownMenu) == int(cbsDropDownMenu));
+
+inline TEditorButtonStyle ToEditorButtonStyle(TQColumnButtonStyle style) { return TEditorButtonStyle(style); }
+
+// The style a button style sets by itself; ebsAuto is decided by the field and the lists.
+TEditorStyle EditorStyleOf(TEditorButtonStyle style);
+
+class TField;
+
+// Whether a field's values are picked from the popup calendar: dates and date-times; a time
+// of day alone is typed.
+bool CalendarActive(const TField *field);
+
+using TEditorGetTextEvent = std::function<void(QObject *sender, QString &text, bool displayText)>;
+using TEditorSetTextEvent = std::function<void(QObject *sender, QString &text)>;
+using TEditorListDropDownEvent = std::function<void(QObject *sender, QObject *list)>;
+using TEditorListCloseUpEvent = std::function<void(QObject *sender, QObject *list, Variant &value, bool &accept)>;
+
+} // namespace qdb
