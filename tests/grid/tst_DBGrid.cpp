@@ -649,17 +649,9 @@ TEST_F(DBGrid, LookupKindOfAColumn)
 
     // A lookup field brings its own definition, which the column then does not store.
     TMemTable orders;
-    auto *custNo = new TIntegerField(&orders);
-    custNo->SetFieldName(QStringLiteral("CustNo"));
-    custNo->SetDataSet(&orders);
-    auto *company = new TStringField(&orders);
-    company->SetFieldName(QStringLiteral("Company"));
-    company->SetFieldKind(fkLookup);
-    company->SetLookupDataSet(&customers);
-    company->SetKeyFields(QStringLiteral("CustNo"));
-    company->SetLookupKeyFields(QStringLiteral("ID"));
-    company->SetLookupResultField(QStringLiteral("Customer"));
-    company->SetDataSet(&orders);
+    AddField(orders, QStringLiteral("CustNo"), ftInteger);
+    AddLookupField(orders, QStringLiteral("Company"), &customers, QStringLiteral("CustNo"), QStringLiteral("ID"),
+                   QStringLiteral("Customer"));
     orders.CreateDataSet();
     source.SetDataSet(&orders);
     TQColumn *column = columns->Add();

@@ -1,5 +1,7 @@
 #include "grid/QDBGrid.h"
 
+#include "DbTestSupport.h"
+
 #include "platform/db/MemTable.h"
 
 #include <QApplication>
@@ -27,21 +29,10 @@ protected:
         const struct { const char *name; TFieldType type; } fields[] = {
             {"CustNo", ftInteger}, {"Name", ftString}, {"Notes", ftMemo}, {"Day", ftDate},
             {"At", ftDateTime}, {"Stamp", ftTimeStamp}, {"Clock", ftTime}};
-        for (const auto &f : fields) {
-            TField *field = CreateFieldOfType(f.type, &orders);
-            field->SetFieldName(QString::fromLatin1(f.name));
-            if (f.type == ftString)
-                field->SetSize(20);
-            field->SetDataSet(&orders);
-        }
-        auto *company = new TStringField(&orders);
-        company->SetFieldName(QStringLiteral("Company"));
-        company->SetFieldKind(fkLookup);
-        company->SetLookupDataSet(&customers);
-        company->SetKeyFields(QStringLiteral("CustNo"));
-        company->SetLookupKeyFields(QStringLiteral("ID"));
-        company->SetLookupResultField(QStringLiteral("Company"));
-        company->SetDataSet(&orders);
+        for (const auto &f : fields)
+            test::AddField(orders, QString::fromLatin1(f.name), f.type, f.type == ftString ? 20 : 0);
+        test::AddLookupField(orders, QStringLiteral("Company"), &customers, QStringLiteral("CustNo"),
+                             QStringLiteral("ID"), QStringLiteral("Company"));
         orders.CreateDataSet();
         orders.AppendRecord({1, QStringLiteral("first"), QStringLiteral("a note")});
         orders.First();

@@ -9,6 +9,30 @@
 
 namespace qdb::test {
 
+// A field of `table` made by hand, of the given type.
+inline TField *AddField(TDataSet &table, const QString &name, TFieldType type, int size = 0)
+{
+    TField *field = CreateFieldOfType(type, &table);
+    field->SetFieldName(name);
+    if (size > 0)
+        field->SetSize(size);
+    field->SetDataSet(&table);
+    return field;
+}
+
+// A lookup field of `table`: keyFields looked up in lookup's lookupKey, showing result.
+inline TField *AddLookupField(TDataSet &table, const QString &name, TDataSet *lookup, const QString &keyFields,
+                              const QString &lookupKey, const QString &result)
+{
+    TField *field = AddField(table, name, ftString);
+    field->SetFieldKind(fkLookup);
+    field->SetLookupDataSet(lookup);
+    field->SetKeyFields(keyFields);
+    field->SetLookupKeyFields(lookupKey);
+    field->SetLookupResultField(result);
+    return field;
+}
+
 // A table of orders: ID (auto-increment), Name, Qty, "Unit Price", OrderDate, Paid.
 // Rows are named "r1" .. "rN"; Qty is the row number, the price a quarter of it, names
 // at rows divisible by 5 are NULL.
