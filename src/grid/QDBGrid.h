@@ -611,6 +611,9 @@ private:
     void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
     bool cellModifiable() const;
+    // Runs a change of the data set's rows with the grid's position held; when the change
+    // fails, the grid shows what the data set holds now and the error goes on.
+    void holdingPosition(const std::function<void()> &change);
     // Sizes the scroll bar once the event loop comes round, counting the data set then.
     void CountLater(int delay);
     // Keeps the fields' widths and visibility as the link goes, gives them back to the same

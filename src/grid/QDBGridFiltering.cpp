@@ -162,13 +162,12 @@ void TQCustomDBGrid::ChangeDataSetFilter(bool filtered, const QString &filter, c
     }
     if (!ds->Filtered() && !filtered && filter == ds->Filter() && onFilterRecord == ds->OnFilterRecord())
         return;
-    DisablePosition();
-    std::optional<KeptPlace> place;
-    auto comeBack = [&] {
-        if (place)
-            place->Restore();
-    };
-    try {
+    holdingPosition([&] {
+        std::optional<KeptPlace> place;
+        auto comeBack = [&] {
+            if (place)
+                place->Restore();
+        };
         place.emplace(this, keyFieldName.isEmpty() ? GetKeyFields() : keyFieldName, GetRowsSelection());
         ClearSelection();
         try {
@@ -181,13 +180,7 @@ void TQCustomDBGrid::ChangeDataSetFilter(bool filtered, const QString &filter, c
             throw;
         }
         comeBack();
-    } catch (...) {
-        EnablePosition(false);
-        if (ds->Active())
-            DataChanged();
-        throw;
-    }
-    EnablePosition(false);
+    });
     DataChanged();
 }
 

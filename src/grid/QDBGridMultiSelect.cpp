@@ -367,4 +367,18 @@ void TQCustomDBGrid::ForEachDataCol(TDataColEnum cols, const TForEachCellProc &p
     forEachCell(reCurrentRow, cols, proc);
 }
 
+void TQCustomDBGrid::holdingPosition(const std::function<void()> &change)
+{
+    DisablePosition();
+    try {
+        change();
+    } catch (...) {
+        EnablePosition(false);
+        if (DataSet() && DataSet()->Active())
+            DataChanged();
+        throw;
+    }
+    EnablePosition(false);
+}
+
 } // namespace qdb

@@ -202,14 +202,13 @@ QString TQCustomDBGrid::CurrentDataSetOrder()
 void TQCustomDBGrid::ReorderDataSet(bool reopen, const std::function<void()> &write, const std::function<void()> &undo)
 {
     TDataSet *ds = DataSet();
-    DisablePosition();
-    const bool active = ds->Active();
-    std::optional<KeptPlace> place;
-    auto comeBack = [&] {
-        if (place)
-            place->Restore();
-    };
-    try {
+    holdingPosition([&] {
+        const bool active = ds->Active();
+        std::optional<KeptPlace> place;
+        auto comeBack = [&] {
+            if (place)
+                place->Restore();
+        };
         place.emplace(this, active && KeepPosition() ? GetKeyFields() : QString(), KeepSelection());
         if (!reopen || active)
             ClearSelection();
@@ -242,15 +241,9 @@ void TQCustomDBGrid::ReorderDataSet(bool reopen, const std::function<void()> &wr
         }
         EndUpdate();
         comeBack();
-    } catch (...) {
-        EnablePosition(false);
-        if (ds->Active())
-            DataChanged();
-        throw;
-    }
+    });
     // The record found by its key stays current: the bookmark from before the new order
     // would point elsewhere now.
-    EnablePosition(false);
     OrderUpdated();
 }
 
