@@ -4,7 +4,10 @@
 // QDB_BENCH_ROWS says. The SQLite file is made on first use next to the benchmark and kept
 // there, never committed; the same table is made on the PostgreSQL server QDB_PG_URL names.
 
+#include "platform/db/FieldTypes.h"
 #include "platform/sql/SQLConnection.h"
+
+#include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 #include <QFile>
@@ -89,6 +92,21 @@ inline void makeServerTable()
     // As in the SQLite file: Name has an index, Amount has none.
     c.ExecSQL(QStringLiteral("CREATE INDEX IF NOT EXISTS big_by_name ON big (\"Name\")"));
     c.ExecSQL(QStringLiteral("ANALYZE big"));
+}
+
+// Runs the benchmarks asked for on the command line; the generated table, and its copy on
+// the server when one is given and `withServer` asks for it, are made before anything is
+// measured.
+inline int runOverBigTable(int argc, char **argv, bool withServer = false)
+{
+    RegisterDBTypes();
+    benchmark::Initialize(&argc, argv);
+    databasePath();
+    if (withServer && !serverUrl().isEmpty())
+        makeServerTable();
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
 }
 
 } // namespace qdb::bench

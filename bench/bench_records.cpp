@@ -248,12 +248,5 @@ QDB_BOTH_ORDERS(BM_InsertInTheMiddle_SQLTable)->Iterations(5);
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    RegisterDBTypes();
-    benchmark::Initialize(&argc, argv);
-    databasePath(); // made before anything is measured
-    if (!serverUrl().isEmpty())
-        makeServerTable();
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runOverBigTable(argc, argv, true);
 }

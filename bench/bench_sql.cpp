@@ -239,10 +239,5 @@ BENCHMARK(BM_Longest_Walk)->Unit(benchmark::kMillisecond)->Iterations(1);
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    RegisterDBTypes();
-    benchmark::Initialize(&argc, argv);
-    databasePath(); // made before anything is measured
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runOverBigTable(argc, argv);
 }

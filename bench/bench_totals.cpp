@@ -117,10 +117,5 @@ BENCHMARK(BM_Totals_SQLiteScan)->Unit(benchmark::kMillisecond)->Iterations(1);
 int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
-    RegisterDBTypes();
-    databasePath(); // made before anything is measured
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return bench::runOverBigTable(argc, argv);
 }
