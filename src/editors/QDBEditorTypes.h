@@ -36,6 +36,10 @@ class TField;
 // of day alone is typed.
 bool CalendarActive(const TField *field);
 
+// The edit's input mask for a field's EditMask ("mask;keep literals;blank"): the digit and
+// letter codes differ, the blank character is kept.
+QString InputMaskOf(const QString &editMask);
+
 using TEditorGetTextEvent = std::function<void(QObject *sender, QString &text, bool displayText)>;
 using TEditorSetTextEvent = std::function<void(QObject *sender, QString &text)>;
 using TEditorListDropDownEvent = std::function<void(QObject *sender, QObject *list)>;

@@ -7,6 +7,7 @@
 #include "platform/rtl/Exceptions.h"
 #include "platform/rtl/Format.h"
 
+#include <QCoreApplication>
 #include <QFontMetrics>
 
 namespace qdb {
@@ -22,20 +23,88 @@ QString TQColumn::GetDisplayText() const
         return number > 0 ? Format("%d.", {number}) : QString();
     }
     TField *f = GetField();
-    return f ? f->DisplayText() : QString();
+    if (!f)
+        return {};
+    return PickTextActive() ? pickTextOf(f) : f->DisplayText();
 }
 
 QString TQColumn::GetEditText() const
 {
     TField *f = GetField();
-    return f && !autoNumber_ ? f->Text() : QString();
+    if (!f || autoNumber_)
+        return {};
+    return PickTextActive() ? pickTextOf(f) : f->Text();
+}
+
+bool TQColumn::PickTextActive() const
+{
+    return pickOptions_.Contains(poSelectPickText) && pickText_->Count() > 0;
+}
+
+QString TQColumn::pickTextOf(const TField *f) const
+{
+    const int item = pickOptions_.Contains(poStoreItemIndex) ? (f->IsNull() ? -1 : f->AsInteger())
+                                                               : pickList_->IndexOf(f->AsString());
+    // A value outside the list shows as it is.
+    return item >= 0 && item < pickText_->Count() ? pickText_->Get(item) : f->DisplayText();
 }
 
 void TQColumn::SetEditText(const QString &text)
 {
     TField *f = GetField();
-    if (f && !autoNumber_)
-        f->SetText(text);
+    if (!f || autoNumber_)
+        return;
+    const TQLookupColumn lookup = GetLookupColumn();
+    if (lookup == lcLookupField || lookup == lcLookupResultField) {
+        SetListValue(text.isEmpty() ? Variant::Null() : lookupKeyOf(text));
+        return;
+    }
+    if (pickList_->Count() > 0) {
+        const TStrings *shown = PickTextActive() ? pickText_ : pickList_;
+        const int item = text.isEmpty() ? -1 : shown->IndexOf(text);
+        if (item >= 0) {
+            SetListValue(pickOptions_.Contains(poStoreItemIndex) ? Variant(item) : Variant(pickList_->Get(item)));
+            return;
+        }
+        if (!text.isEmpty() && pickOptions_.Contains(poListItemsOnly))
+            notInList(text);
+    }
+    f->SetText(text);
+}
+
+Variant TQColumn::lookupKeyOf(const QString &text) const
+{
+    TDataSet *lookup = GetLookupDataSet();
+    if (!lookup || GetLookupKeyField().isEmpty() || GetLookupResultField().isEmpty())
+        notInList(text);
+    if (!lookup->Active())
+        lookup->Open();
+    const Variant key = lookup->Lookup(GetLookupResultField(), Variant(text), GetLookupKeyField());
+    if (key.IsClear() || key.IsNull())
+        notInList(text);
+    return key;
+}
+
+void TQColumn::notInList(const QString &text) const
+{
+    throw EDatabaseError(QCoreApplication::translate("qdb", "\"%1\" is not in the list of %2")
+                             .arg(text, GetTitle()->GetCaption()));
+}
+
+void TQColumn::SetListValue(const Variant &value)
+{
+    TField *f = GetField();
+    if (!f || autoNumber_)
+        return;
+    const TQLookupColumn lookup = GetLookupColumn();
+    if (lookup == lcLookupField || lookup == lcLookupResultField) {
+        f->DataSet()->SetFieldValues(GetKeyField(), value);
+        return;
+    }
+    if (value.IsString())
+        f->SetText(value.ToString());
+    else
+        f->SetValue(value);
 }
 
 bool TQColumn::Sortable() const

@@ -574,17 +574,24 @@ public:
     // A width that fits the caption and the texts of the records on screen.
     int OptimalWidth() const;
 
-    // The texts of the current record as the grid shows and edits them; a row number for
-    // the automatic number column.
     // Whether the data set can be ordered by the column's field: not by a calculated or
     // lookup field. True while no field is bound, as that cannot be told yet.
     bool Sortable() const;
+    // The texts of the current record as the grid shows and edits them: a pick text in
+    // place of its value, a row number for the automatic number column.
     QString GetDisplayText() const;
+    QString GetEditText() const;
+    // Typed text goes to the field: a pick text as its value, the text of a lookup record as
+    // that record's key. Text that names no item is refused where only the list counts.
+    void SetEditText(const QString &text);
+    // A value a list handed back: a lookup key goes to the key fields, a pick value (or its
+    // position) to the field.
+    void SetListValue(const Variant &value);
+    // Whether the cells show PickText for the PickList values.
+    bool PickTextActive() const;
     // A value as the column's lists show it: through PickTextFormat ("%s" stands for the
     // value) when one is set.
     QString FormatText(const QString &text) const;
-    QString GetEditText() const;
-    void SetEditText(const QString &text);
     // Visible, not itself expanded, and every ancestor expanded.
     bool Showing() const;
     int Depth() const;
@@ -598,6 +605,10 @@ public:
 private:
     friend class TQColumnTitle;
     void changed();
+    QString pickTextOf(const TField *f) const;
+    // The key of the lookup record whose result is the text; refused when there is none.
+    Variant lookupKeyOf(const QString &text) const;
+    [[noreturn]] void notInList(const QString &text) const;
     // The ticked values or the condition changed: the grid filters again.
     void filterChanged();
     // The width of the column's widest value off the screen, as far as it can be told cheaply.

@@ -179,6 +179,25 @@ public:
     // Asked before the selected cell takes typing: puts the record in edit mode and marks
     // it modified; false, silently, where the cell may not change.
     bool CanEditModify();
+    // The list class a column's cells drop down (a TQDBGridDropDownList descendant);
+    // nullptr where the cell has no list.
+    virtual const QMetaObject *GetEditorListClass(TQColumn *column = nullptr) const;
+    // A list dropped from the selected cell closed: OnListCloseUp may change the value or
+    // refuse it; an accepted value is written to the record.
+    virtual void ListCloseUp(QObject *list, Variant &value, bool &accept);
+    // The button of an ellipsis, drop-down or menu cell was pressed.
+    virtual void EditButtonClick();
+    // Called as the cell editor takes a key: opens the list of a column that drops down
+    // by itself.
+    virtual void AutoDropDownState(int key);
+    // True while the grid itself opens a cell's list (F4 or Alt+Down on the cell).
+    bool DropDownInProgress() const;
+    using TListCloseUpEvent =
+        std::function<void(TQCustomDBGrid *sender, TQColumn *column, QObject *list, Variant &value, bool &accept)>;
+    TListCloseUpEvent OnListCloseUp;
+    TNotifyEvent OnEditButtonClick;
+    // Keys the cell editor hands on (the lines of a delimited value).
+    std::function<void(TObject *sender, QKeyEvent *event)> OnKeyDown;
     TQGridStyle *GetGridStyle() const;
     // Rows a wheel step moves: 1 or more as given, the window's size when negative, the
     // system's setting when 0.
@@ -578,6 +597,8 @@ protected:
     QString GetEditText(int col, int row) const override;
     void SetEditText(int col, int row, const QString &text) override;
     bool AcceptEditText() override;
+    QWidget *CreateEditor() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void FixedCellClick(int col, int row, Qt::KeyboardModifiers modifiers) override;
     void FitColumn(int col) override;
     void PrepareEditor(QWidget *editor) override;
@@ -611,6 +632,11 @@ private:
     void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
     bool cellModifiable() const;
+    // F4 or Alt+Down on a list cell: the editor opens with its list.
+    void dropDownCell();
+    // A character typed on a cell: the editor opens on it with that character; false when
+    // the cell takes no typing.
+    bool typeIntoCell(QKeyEvent *event);
     // Runs a change of the data set's rows with the grid's position held; when the change
     // fails, the grid shows what the data set holds now and the error goes on.
     void holdingPosition(const std::function<void()> &change);

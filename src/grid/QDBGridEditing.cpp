@@ -4,7 +4,13 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "editors/QDBDataList.h"
+#include "editors/QDBEditor.h"
+#include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
+
+#include <QApplication>
+#include <QKeyEvent>
 
 #include <QScopedValueRollback>
 
@@ -18,13 +24,36 @@ bool TQCustomDBGrid::CanEditShow() const
     return TCustomGrid::CanEditShow() && GetOptions().Contains(dgEditing) && cellModifiable();
 }
 
+namespace {
+
+// A lookup cell writes its key fields, not the field it shows.
+bool keyFieldsModifiable(const TQColumn *column)
+{
+    const TField *field = column->GetField();
+    const QStringList keys = column->GetKeyField().split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    bool writable = !keys.isEmpty() && field && field->DataSet();
+    for (const QString &name : keys) {
+        const TField *key = writable ? field->DataSet()->FindField(name.trimmed()) : nullptr;
+        writable = key && key->CanModify();
+    }
+    return writable;
+}
+
+bool writesKeys(const TQColumn *column)
+{
+    const TQLookupColumn kind = column->GetLookupColumn();
+    return kind == lcLookupField || kind == lcLookupResultField;
+}
+
+} // namespace
+
 bool TQCustomDBGrid::cellModifiable() const
 {
     if (GetReadOnly() || !DataLink()->Active() || DataLink()->ReadOnly())
         return false;
     TQColumn *column = ColumnAt(Col());
     TField *field = column ? column->GetField() : nullptr;
-    if (!field || column->GetReadOnly() || !field->CanModify())
+    if (!field || column->GetReadOnly() || !(writesKeys(column) ? keyFieldsModifiable(column) : field->CanModify()))
         return false;
     // Binary and long-text values have no text to type unless the application gives one;
     // a memo is typed into when the column says so.
@@ -41,7 +70,11 @@ bool TQCustomDBGrid::CanEditModify()
 {
     if (!cellModifiable())
         return false;
-    DataLink()->Edit();
+    {
+        // The record is read again as the edit starts; the editor keeps what it holds.
+        const QScopedValueRollback<int> typing(d_->typing, d_->typing + 1);
+        DataLink()->Edit();
+    }
     if (!DataLink()->Editing())
         return false;
     DataLink()->Modified();
@@ -74,12 +107,7 @@ TEditorStyle TQCustomDBGrid::GetEditorStyle(TQColumn *column) const
         return edsSimple;
     if (column->GetLookupColumn() != lcNotDefined) {
         // A list only where the key it writes can be written.
-        const QStringList keys = column->GetKeyField().split(QLatin1Char(';'), Qt::SkipEmptyParts);
-        bool writable = !keys.isEmpty() && field->DataSet();
-        for (const QString &name : keys) {
-            TField *key = writable ? field->DataSet()->FindField(name.trimmed()) : nullptr;
-            writable = key && key->CanModify();
-        }
+        bool writable = keyFieldsModifiable(column);
         const bool readOnlyColumn = column->AssignedValues().Contains(cvReadOnly) && column->GetReadOnly();
         writable = writable && !readOnlyColumn && !GetReadOnly() && DataLink()->Active() && !DataLink()->ReadOnly();
         return writable ? edsDropDownList : edsSimple;
@@ -125,6 +153,13 @@ bool TQCustomDBGrid::AcceptEditText()
 {
     if (d_->editColumn < 0 || !DataLink()->IsModified())
         return true;
+    if (auto *edit = qobject_cast<QLineEdit *>(InplaceEditor());
+        edit && EditorMode() && d_->editColumn == Col() && !edit->hasAcceptableInput()) {
+        MessageDlg(QApplication::translate("qdb", "The text does not fit the field's edit mask. Press Esc to "
+                                                  "abandon the change."),
+                   mtError, {mbOK});
+        return false;
+    }
     bool accepted = false;
     showingErrors([&] {
         DataLink()->UpdateRecord();
@@ -132,5 +167,73 @@ bool TQCustomDBGrid::AcceptEditText()
     });
     return accepted;
 }
+
+QWidget *TQCustomDBGrid::CreateEditor()
+{
+    auto *editor = new TQDBGridEditor(this, viewport());
+    connect(editor, &QLineEdit::textEdited, this, [this](const QString &text) { SetEditText(Col(), Row(), text); });
+    return editor;
+}
+
+bool TQCustomDBGrid::eventFilter(QObject *watched, QEvent *event)
+{
+    // The keys of an open list, and those that open one, are the editor's before the grid's.
+    if (watched == InplaceEditor() && event->type() == QEvent::KeyPress)
+        if (auto *editor = qobject_cast<TQDBInplaceEditor *>(watched)) {
+            bool used = false;
+            showingErrors([&] { used = editor->EditorKeys(static_cast<QKeyEvent *>(event)); });
+            if (used)
+                return true;
+        }
+    return TCustomGrid::eventFilter(watched, event);
+}
+
+const QMetaObject *TQCustomDBGrid::GetEditorListClass(TQColumn *column) const
+{
+    if (!column)
+        column = ColumnAt(Col());
+    if (!column || column->GetButtonStyle() != cbsAuto)
+        return nullptr;
+    if (column->GetLookupColumn() != lcNotDefined)
+        return &TQDBGridDataList::staticMetaObject;
+    if (column->GetPickList()->Count() > 0)
+        return &TQDBGridPickList::staticMetaObject;
+    return nullptr;
+}
+
+void TQCustomDBGrid::ListCloseUp(QObject *list, Variant &value, bool &accept)
+{
+    TQColumn *column = ColumnAt(Col());
+    if (OnListCloseUp)
+        OnListCloseUp(this, column, list, value, accept);
+    if (!accept || !column)
+        return;
+    showingErrors([&] {
+        if (!CanEditModify())
+            return;
+        column->SetListValue(value);
+        // What the list wrote replaces anything typed before.
+        d_->editColumn = -1;
+        if (auto *edit = qobject_cast<QLineEdit *>(InplaceEditor()); edit && EditorMode()) {
+            edit->setText(GetEditText(Col(), Row()));
+            edit->selectAll();
+        }
+    });
+}
+
+void TQCustomDBGrid::EditButtonClick()
+{
+    if (OnEditButtonClick)
+        OnEditButtonClick(this);
+}
+
+void TQCustomDBGrid::AutoDropDownState(int)
+{
+    auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor());
+    if (editor && EditorMode() && editor->AutoDropDown() && !editor->ListVisible())
+        editor->DropDown();
+}
+
+bool TQCustomDBGrid::DropDownInProgress() const { return d_->dropDownInProgress; }
 
 } // namespace qdb

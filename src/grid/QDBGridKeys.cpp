@@ -3,6 +3,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "editors/QDBEditor.h"
 #include "filter/QDBGridFilter.h"
 
 #include "platform/rtl/Dialogs.h"
@@ -10,6 +11,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QWheelEvent>
 
@@ -62,7 +64,13 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
         event->accept();
         return;
     }
-    switch (event->key()) {
+    const bool alt = event->modifiers().testFlag(Qt::AltModifier);
+    if ((key == Qt::Key_F4 && !alt && !ctrl) || (alt && (key == Qt::Key_Up || key == Qt::Key_Down))) {
+        dropDownCell();
+        event->accept();
+        return;
+    }
+    switch (key) {
     case Qt::Key_Up: MoveBy(-1); break;
     case Qt::Key_Down: MoveBy(1); break;
     case Qt::Key_PageUp: MoveBy(-page); break;
@@ -97,12 +105,41 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
         ShowEditor();
         break;
     default:
+        if (typeIntoCell(event))
+            break;
         TCustomGrid::KeyDown(event);
         return;
     }
     if (extending)
         extendSelection();
     event->accept();
+}
+
+void TQCustomDBGrid::dropDownCell()
+{
+    if (!GetOptions().Contains(dgEditing) || GetEditorStyle() != edsDropDownList)
+        return;
+    const QScopedValueRollback<bool> dropping(d_->dropDownInProgress, true);
+    ShowEditor();
+    if (auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor()); editor && EditorMode())
+        editor->DropDown();
+}
+
+bool TQCustomDBGrid::typeIntoCell(QKeyEvent *event)
+{
+    // A letter typed on a cell starts editing it with that letter.
+    const QString text = event->text();
+    if (text.isEmpty() || !text.at(0).isPrint() || event->modifiers().testFlag(Qt::ControlModifier)
+        || event->modifiers().testFlag(Qt::AltModifier) || !GetOptions().Contains(dgEditing)
+        || GetOptionsEx().Contains(dgShowEditorByCharOff) || EditorMode())
+        return false;
+    ShowEditor();
+    if (!EditorMode())
+        return false;
+    if (auto *edit = qobject_cast<QLineEdit *>(InplaceEditor()))
+        edit->clear();
+    QCoreApplication::sendEvent(InplaceEditor(), event);
+    return true;
 }
 
 int TQCustomDBGrid::GetWheelScrollRows() const { return d_->wheelScrollRows; }

@@ -4,6 +4,8 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "editors/QDBEditor.h"
+
 namespace qdb {
 
 namespace {
@@ -186,6 +188,8 @@ void TQCustomDBGrid::PrepareEditor(QWidget *editor)
     TQColumn *column = ColumnAt(Col());
     const TImeMode ime = column ? column->GetImeMode() : d_->imeMode;
     editor->setAttribute(Qt::WA_InputMethodEnabled, ime != imDisable && ime != imClose);
+    if (auto *cellEditor = qobject_cast<TQDBGridEditor *>(editor))
+        cellEditor->SetColumn(column);
 }
 
 QColor TQCustomDBGrid::PaintColor(TColor color, const QColor &computed) const

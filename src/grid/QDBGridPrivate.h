@@ -149,6 +149,7 @@ struct TQCustomDBGrid::Private
     QString editText;
     int editColumn = -1;
     int typing = 0;
+    bool dropDownInProgress = false;
     TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
     TextFitCache textFit;
 };

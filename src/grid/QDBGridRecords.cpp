@@ -3,6 +3,8 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "editors/QDBEditor.h"
+
 #include <QCoreApplication>
 #include <algorithm>
 #include <QLineEdit>
@@ -165,6 +167,8 @@ void TQCustomDBGrid::InvalidateEditor()
     if (DataLink()->IsModified() || d_->typing > 0)
         return;
     d_->editColumn = -1;
+    if (auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor()))
+        editor->DataChanged();
     if (auto *edit = qobject_cast<QLineEdit *>(InplaceEditor()); edit && EditorMode())
         edit->setText(GetEditText(Col(), Row()));
 }

@@ -451,12 +451,12 @@ void TCustomGrid::ShowEditor()
         editor_ = CreateEditor();
         editor_->installEventFilter(this);
     }
+    editor_->setGeometry(CellRect(col_, row_));
+    PrepareEditor(editor_);
     if (auto *edit = qobject_cast<QLineEdit *>(editor_)) {
         edit->setText(GetEditText(col_, row_));
         edit->selectAll();
     }
-    editor_->setGeometry(CellRect(col_, row_));
-    PrepareEditor(editor_);
     editor_->show();
     editor_->setFocus();
 }

@@ -1,0 +1,155 @@
+// The pick list: a column's fixed values, shown by their pick texts.
+
+#include "QDBDataList.h"
+
+#include "QDBEditor.h"
+
+#include <algorithm>
+
+namespace qdb {
+
+TQDBPickData::TQDBPickData(QObject *parent) : TQDBCustomData(parent)
+{
+    SetReadOnly(true);
+}
+
+void TQDBPickData::SetItems(const QStringList &texts)
+{
+    Close();
+    items_ = texts;
+    int size = 1;
+    for (const QString &t : texts)
+        size = qMax(size, int(t.size()));
+    FieldDefs().Clear();
+    FieldDefs().Add(QStringLiteral("Text"), ftString, size);
+    Open();
+}
+
+int TQDBPickData::ItemIndex()
+{
+    return Active() && !IsEmpty() ? RecordIndex() : -1;
+}
+
+void TQDBPickData::SetItemIndex(int index)
+{
+    if (index >= 0 && index < items_.size())
+        SetRecNo(index + 1);
+}
+
+void TQDBPickData::DoOnGetFieldData(int index, TField *, Variant &value)
+{
+    if (index >= 0 && index < items_.size())
+        value = items_[index];
+}
+
+TQDBGridPickList::TQDBGridPickList(TQDBGridEditor *editor, TQColumn *column) : TQDBGridDropDownList(editor, column)
+{
+    load();
+}
+
+void TQDBGridPickList::load()
+{
+    TQColumn *column = Column();
+    if (!column)
+        return;
+    const TStrings *values = column->GetPickList();
+    const TStrings *shown = column->GetPickText();
+    const TQPickOptions options = column->GetPickOptions();
+    const bool pickText = options.Contains(poSelectPickText) && shown->Count() > 0;
+    texts_.clear();
+    for (int i = 0; i < values->Count(); ++i) {
+        const QString text = pickText && i < shown->Count() ? shown->Get(i) : values->Get(i);
+        texts_ << (options.Contains(poFormatPickText) ? column->FormatText(text) : text);
+    }
+    order_.clear();
+    for (int i = 0; i < texts_.size(); ++i)
+        order_ << i;
+    if (options.Contains(poSortedByText))
+        std::stable_sort(order_.begin(), order_.end(),
+                         [this](int a, int b) { return texts_[a].localeAwareCompare(texts_[b]) < 0; });
+    current_ = CurrentItem();
+}
+
+int TQDBGridPickList::CurrentItem() const
+{
+    TQColumn *column = Column();
+    TField *field = column ? column->GetField() : nullptr;
+    if (!field || field->IsNull())
+        return -1;
+    if (column->GetPickOptions().Contains(poStoreItemIndex)) {
+        const int index = field->AsInteger();
+        return index >= 0 && index < texts_.size() ? index : -1;
+    }
+    return column->GetPickList()->IndexOf(field->AsString());
+}
+
+Variant TQDBGridPickList::ItemValue(int item) const
+{
+    TQColumn *column = Column();
+    if (item < 0 || !column || item >= column->GetPickList()->Count())
+        return Variant::Null();
+    if (column->GetPickOptions().Contains(poStoreItemIndex))
+        return Variant(item);
+    return Variant(column->GetPickList()->Get(item));
+}
+
+void TQDBGridPickList::DoDropDown()
+{
+    QStringList shown;
+    for (int item : order_)
+        shown << texts_[item];
+    data_.SetItems(shown);
+    Popup()->ListSource()->SetDataSet(&data_);
+    if (current_ >= 0)
+        data_.SetItemIndex(shownAt(current_));
+}
+
+void TQDBGridPickList::DoCloseUp(bool accept)
+{
+    if (!accept)
+        return;
+    const int at = data_.ItemIndex();
+    if (at >= 0 && at < order_.size())
+        current_ = order_[at];
+    Value = ItemValue(current_);
+}
+
+bool TQDBGridPickList::SelectListItem(const QString &text, QString &itemText)
+{
+    for (int at = 0; at < order_.size(); ++at) {
+        const QString &candidate = texts_[order_[at]];
+        if (!candidate.startsWith(text, Qt::CaseInsensitive))
+            continue;
+        current_ = order_[at];
+        itemText = candidate;
+        if (Showing())
+            data_.SetItemIndex(at);
+        return true;
+    }
+    return false;
+}
+
+bool TQDBGridPickList::SelectNextItem(bool forward, bool cycle, QString &itemText)
+{
+    const int count = int(order_.size());
+    if (count == 0)
+        return false;
+    int at = current_ >= 0 ? shownAt(current_) + (forward ? 1 : -1) : (forward ? 0 : count - 1);
+    if (at < 0 || at >= count) {
+        if (!cycle)
+            return false;
+        at = (at + count) % count;
+    }
+    current_ = order_[at];
+    itemText = texts_[current_];
+    if (Showing())
+        data_.SetItemIndex(at);
+    return true;
+}
+
+QString TQDBGridPickList::ListText() const
+{
+    return current_ >= 0 ? texts_[current_] : QString();
+}
+
+} // namespace qdb
