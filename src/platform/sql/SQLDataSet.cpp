@@ -301,9 +301,12 @@ int TCustomSQLDataSet::CachedRows() const
 bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
                                      bool syncCursor)
 {
-    // Rows the client filter hides, partial or case-blind matches and lookups (which want
-    // the record in a buffer) take the general walk.
-    bool direct = source_ && syncCursor && options == TLocateOptions{} && !clientFiltering();
+    // Rows the client filter hides, partial or case-blind matches of what is not text, and
+    // lookups (which want the record in a buffer) take the general walk.
+    bool direct = source_ && syncCursor && !clientFiltering();
+    for (TField *f : fields)
+        if (options != TLocateOptions{} && f->ValueType() != VarType::String)
+            direct = false;
     QList<int> columns;
     QList<QVariant> values;
     const Variant::Array *array = fields.size() > 1 && keyValues.IsArray() ? &keyValues.ToArray() : nullptr;
@@ -321,7 +324,8 @@ bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Varian
     if (direct) {
         CheckBrowseMode();
         CursorPosChanged();
-        const qint64 found = source_->Find(columns, values);
+        const qint64 found = source_->Find(columns, values,
+                                          {options.Contains(loPartialKey), options.Contains(loCaseInsensitive)});
         if (found >= 0) {
             pos_ = found;
             return true;

@@ -377,9 +377,9 @@ qint64 SQLRowSource::PositionOf(const QList<QVariant> &keyValues)
     return reading([&] { return positionOf(keyValues); });
 }
 
-qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &values)
+qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text)
 {
-    return reading([&] { return find(columns, values); });
+    return reading([&] { return find(columns, values, text); });
 }
 
 void SQLRowSource::Release() noexcept
@@ -540,29 +540,50 @@ qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)
     return rows.Count() ? rows.values[0].ToInt64() - 1 : -1;
 }
 
-qint64 SQLRowSource::find(const QList<int> &columns, const QList<QVariant> &values)
+qint64 SQLRowSource::find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text)
 {
     if (!HasKeys() || !orderKnown_)
         return -2;
+    const bool exact = !text.prefix && !text.caseBlind;
     QList<QVariant> keyValues;
     for (int key : keyColumns_) {
         const qsizetype at = columns.indexOf(key);
-        if (at < 0 || columns.size() != keyColumns_.size())
+        if (!exact || at < 0 || columns.size() != keyColumns_.size())
             break;
         keyValues << values[at];
     }
-    if (keyValues.size() != keyColumns_.size()) {
+    if (keyValues.size() != keyColumns_.size() || !exact) {
         // The first match in the order gives the key, whose place is then counted.
         QStringList match;
         QList<QVariant> params = shape_.params;
+        const bool sqlite = connection_->Dialect() == TSQLDialect::SQLite;
         for (int i = 0; i < columns.size(); ++i) {
-            const QString name = QStringLiteral("qdb_q.") + Quote(record_.fieldName(columns[i]));
+            QString name = QStringLiteral("qdb_q.") + Quote(record_.fieldName(columns[i]));
             if (values[i].isNull()) {
                 match << name + QStringLiteral(" IS NULL");
-            } else {
-                match << name + QStringLiteral(" = ?");
-                params << values[i];
+                continue;
             }
+            QVariant value = values[i];
+            QString mark = QStringLiteral("?");
+            if (!exact && value.typeId() == QMetaType::QString) {
+                QString wanted = value.toString();
+                if (text.caseBlind) {
+                    // SQLite folds through the application's own function; PostgreSQL's
+                    // lower() folds the value the same way it folds the column.
+                    name = QStringLiteral("%1(%2)").arg(sqlite ? QStringLiteral("qdb_fold") : QStringLiteral("lower"), name);
+                    if (sqlite)
+                        wanted = wanted.toCaseFolded();
+                    else
+                        mark = QStringLiteral("lower(?)");
+                }
+                if (text.prefix) {
+                    // A start compared as a substring: no pattern characters to escape.
+                    name = QStringLiteral("substr(%1, 1, %2)").arg(name).arg(wanted.size());
+                }
+                value = wanted;
+            }
+            match << name + QStringLiteral(" = ") + mark;
+            params << value;
         }
         QStringList keys;
         for (int key : keyColumns_)

@@ -92,6 +92,14 @@ struct SQLColumnSummary
     Variant sum, min, max, firstValue, lastValue;
 };
 
+// How a row source's Find compares text: a value may be the start of the column's text, and
+// case may not count (folded as the application folds it).
+struct SQLFindText
+{
+    bool prefix = false;
+    bool caseBlind = false;
+};
+
 // Positional access to the rows of a result without holding them. The order is made total
 // by the key, so that a position means the same record every time it is read. Positions
 // near the start are read from the database directly; any other position makes the source
@@ -140,7 +148,7 @@ public:
     qint64 PositionOf(const QList<QVariant> &keyValues);
     // The position of the first row whose columns hold the values (null matching null), -1
     // when there is none, -2 when this source cannot search by itself.
-    qint64 Find(const QList<int> &columns, const QList<QVariant> &values);
+    qint64 Find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text = {});
     // The longest value of a column as text (by characters), Null when it holds none: one
     // pass of the database over the result, no row brought over but that one.
     Variant LongestText(int column);
@@ -225,7 +233,7 @@ private:
     qint64 count();
     void fetch(qint64 first, int n, SQLRows &rows);
     qint64 positionOf(const QList<QVariant> &keyValues);
-    qint64 find(const QList<int> &columns, const QList<QVariant> &values);
+    qint64 find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text);
     void describe();
     bool summarize(const QList<SQLSummaryColumn> &columns, qint64 &rows, QList<SQLColumnSummary> &summaries);
     void rowsByKeys(const QList<QList<QVariant>> &keys, SQLRows &rows);
