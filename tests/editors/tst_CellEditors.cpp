@@ -6,9 +6,9 @@
 #include "grid/QDBGrid.h"
 
 #include "DbTestSupport.h"
+#include "TestSupport.h"
 
 #include "platform/db/MemTable.h"
-#include "platform/rtl/Dialogs.h"
 #include "platform/rtl/TickCount.h"
 #include "platform/sql/SQLDataSet.h"
 
@@ -71,11 +71,7 @@ protected:
     TMemTable orders;
     TDataSource source;
     TQDBGrid grid;
-    QStringList messages;
-    ScopedMessageDlgHook answer{[this](const QString &text, TMsgDlgType, TMsgDlgButtons) {
-        messages << text;
-        return mrOk;
-    }};
+    MessageLog messages;
 };
 
 } // namespace
@@ -137,8 +133,8 @@ TEST_F(CellEditors, TypingCompletesFromTheListAndRefusesWhatItDoesNotHold)
     QTest::keyClick(&grid, Qt::Key_X);
     EXPECT_EQ(editor()->text(), "x");
     QTest::keyClick(editor(), Qt::Key_Return);
-    ASSERT_EQ(messages.size(), 1);
-    EXPECT_TRUE(messages[0].contains("\"x\" is not in the list")) << messages[0].toStdString();
+    ASSERT_EQ(messages.texts.size(), 1);
+    EXPECT_TRUE(messages.texts[0].contains("\"x\" is not in the list")) << messages.texts[0].toStdString();
     EXPECT_TRUE(grid.EditorMode());
     EXPECT_EQ(editor()->text(), "x");
     EXPECT_EQ(field("Status"), "C");
@@ -186,8 +182,8 @@ TEST_F(CellEditors, ALookupListWritesTheKeyOfTheRecordChosen)
     editor()->clear();
     QTest::keyClicks(editor(), QStringLiteral("Umbrella"));
     QTest::keyClick(editor(), Qt::Key_Return);
-    ASSERT_EQ(messages.size(), 1);
-    EXPECT_TRUE(messages[0].contains("\"Umbrella\" is not in the list of Company")) << messages[0].toStdString();
+    ASSERT_EQ(messages.texts.size(), 1);
+    EXPECT_TRUE(messages.texts[0].contains("\"Umbrella\" is not in the list of Company")) << messages.texts[0].toStdString();
     EXPECT_TRUE(grid.EditorMode());
     EXPECT_EQ(editor()->text(), "Umbrella");
     EXPECT_EQ(field("CustNo"), "3");
@@ -239,7 +235,7 @@ TEST_F(CellEditors, AListThatCannotBeReadIsReportedAndTheCellStaysEditable)
     name->SetLookupResultField(QStringLiteral("ID"));
     select("Name");
     QTest::keyClick(&grid, Qt::Key_F4);
-    ASSERT_EQ(messages.size(), 1);
+    ASSERT_EQ(messages.texts.size(), 1);
     EXPECT_TRUE(grid.EditorMode());
     EXPECT_EQ(popup(), nullptr);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
@@ -275,7 +271,7 @@ TEST_F(CellEditors, TheButtonStylesAndTheMask)
     editor()->setCursorPosition(0);
     QTest::keyClick(editor(), Qt::Key_Delete);
     QTest::keyClick(editor(), Qt::Key_Return);
-    EXPECT_EQ(messages.size(), 1);
+    EXPECT_EQ(messages.texts.size(), 1);
     EXPECT_TRUE(grid.EditorMode());
     EXPECT_EQ(field("Code"), "12-34");
 }

@@ -7,10 +7,10 @@
 #include "grid/QDBGrid.h"
 
 #include "DbTestSupport.h"
+#include "TestSupport.h"
 #include "SQLTestSupport.h"
 
 #include "platform/db/MemTable.h"
-#include "platform/rtl/Dialogs.h"
 #include "platform/sql/SQLDataSet.h"
 
 #include <QApplication>
@@ -88,11 +88,7 @@ protected:
     TSQLTable orders;
     TDataSource source;
     TQDBGrid grid;
-    QStringList messages;
-    ScopedMessageDlgHook answer{[this](const QString &text, TMsgDlgType, TMsgDlgButtons) {
-        messages << text;
-        return mrOk;
-    }};
+    MessageLog messages;
 };
 
 } // namespace
@@ -156,7 +152,7 @@ TEST_P(CellEditorsSQL, AValueTheDatabaseRefusesStaysInTheRecord)
     EXPECT_EQ(editor()->text(), "D");
     QTest::keyClick(editor(), Qt::Key_Return);
     QTest::keyClick(&grid, Qt::Key_Down); // leaving the record posts it
-    ASSERT_EQ(messages.size(), 1);
+    ASSERT_EQ(messages.texts.size(), 1);
     EXPECT_EQ(orders.State(), dsEdit);
     EXPECT_EQ(orders.FieldByName(QStringLiteral("orderno"))->AsInteger(), 1);
     EXPECT_EQ(orders.FieldByName(QStringLiteral("status"))->AsString(), "D");

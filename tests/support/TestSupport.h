@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/rtl/Dialogs.h"
 #include "platform/rtl/FormatSettings.h"
 
 #include <QString>
@@ -26,6 +27,23 @@ private:
 
 // Invariant settings with day-first dates ("dd.mm.yyyy") and a comma decimal separator.
 TFormatSettings GermanStyleSettings();
+
+// Answers every message dialog with OK and keeps its text, for as long as it lives.
+class MessageLog
+{
+public:
+    MessageLog()
+        : hook_([this](const QString &text, TMsgDlgType, TMsgDlgButtons) {
+              texts << text;
+              return mrOk;
+          })
+    {
+    }
+    QStringList texts;
+
+private:
+    ScopedMessageDlgHook hook_;
+};
 
 // Reads a file as UTF-8 text; empty when missing.
 QString ReadTextFile(const QString &path);
