@@ -96,11 +96,7 @@ void TQDBPopupList::PlaceUnder(const QRect &anchor)
     if (y + size.height() > avail.bottom() + 1 && anchor.top() - size.height() >= avail.top())
         y = anchor.top() - size.height();
     x = qMax(avail.left(), qMin(x, avail.right() + 1 - size.width()));
-    resize(size);
-    move(x, y);
-    open_ = true;
-    show();
-    setFocus(Qt::PopupFocusReason);
+    ShowList(QPoint(x, y));
 }
 
 void TQDBPopupList::KeyDown(QKeyEvent *event)
