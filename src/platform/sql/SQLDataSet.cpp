@@ -298,30 +298,36 @@ int TCustomSQLDataSet::CachedRows() const
     return rows;
 }
 
+bool TCustomSQLDataSet::matchInDatabase(const QList<TField *> &fields, const Variant &keyValues, QList<int> &columns,
+                                        QList<QVariant> &values) const
+{
+    if (!source_ || clientFiltering() || fields.isEmpty())
+        return false;
+    const Variant::Array *array = fields.size() > 1 && keyValues.IsArray() ? &keyValues.ToArray() : nullptr;
+    if (fields.size() > 1 && (!array || array->size() != fields.size()))
+        return false;
+    for (int i = 0; i < fields.size(); ++i) {
+        TField *f = fields[i];
+        const int slot = f->FieldNo() - 1;
+        if (f->FieldKind() != fkData || slot < 0 || slot >= columnOfField_.size())
+            return false;
+        columns << columnOfField_[slot];
+        values << ToDatabase(array ? array->at(i) : keyValues, f, connection_->Dialect());
+    }
+    return true;
+}
+
 bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
                                      bool syncCursor)
 {
-    // Rows the client filter hides, partial or case-blind matches of what is not text, and
-    // lookups (which want the record in a buffer) take the general walk.
-    bool direct = source_ && syncCursor && !clientFiltering();
+    // Partial or case-blind matches of what is not text take the general walk.
+    bool direct = syncCursor;
     for (TField *f : fields)
         if (options != TLocateOptions{} && f->ValueType() != VarType::String)
             direct = false;
     QList<int> columns;
     QList<QVariant> values;
-    const Variant::Array *array = fields.size() > 1 && keyValues.IsArray() ? &keyValues.ToArray() : nullptr;
-    if (fields.size() > 1 && (!array || array->size() != fields.size()))
-        direct = false;
-    for (int i = 0; direct && i < fields.size(); ++i) {
-        TField *f = fields[i];
-        const int slot = f->FieldNo() - 1;
-        direct = f->FieldKind() == fkData && slot >= 0 && slot < columnOfField_.size();
-        if (direct) {
-            columns << columnOfField_[slot];
-            values << ToDatabase(array ? array->at(i) : keyValues, f, connection_->Dialect());
-        }
-    }
-    if (direct) {
+    if (direct && matchInDatabase(fields, keyValues, columns, values)) {
         CheckBrowseMode();
         CursorPosChanged();
         const qint64 found = source_->Find(columns, values,
@@ -334,6 +340,28 @@ bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Varian
             return false;
     }
     return TDataSet::LocateRecord(fields, keyValues, options, syncCursor);
+}
+
+Variant TCustomSQLDataSet::Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields)
+{
+    CheckBrowseMode();
+    const QList<TField *> fields = GetFieldList(keyFields);
+    const QList<TField *> results = GetFieldList(resultFields);
+    QList<int> columns;
+    QList<QVariant> values;
+    bool direct = matchInDatabase(fields, keyValues, columns, values);
+    for (TField *f : results)
+        direct = direct && f->FieldKind() == fkData && f->FieldNo() > 0;
+    SQLRows row;
+    const int found = direct ? source_->FirstMatch(columns, values, row) : -1;
+    if (found < 0)
+        return TDataSet::Lookup(keyFields, keyValues, resultFields);
+    if (found == 0)
+        return Variant::Null();
+    Variant::Array out;
+    for (TField *f : results)
+        out.append(FromDatabase(row.values[size_t(columnOfField_[f->FieldNo() - 1])], f, connection_->Dialect()));
+    return out.size() == 1 ? out.front() : Variant(out);
 }
 
 bool TCustomSQLDataSet::clientFiltering() const

@@ -66,6 +66,9 @@ public:
     // In the current order; bookmarks of records no longer in the result sort first.
     int CompareBookmarks(const TBookmark &a, const TBookmark &b) const override;
 
+    // The values of the first record holding the keys, read by one query and leaving the
+    // cursor where it is; a data set filtered by OnFilterRecord walks.
+    Variant Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields) override;
     bool LongestText(TField *field, QString &text) const override;
     // One aggregate query over the result; false under an OnFilterRecord filter, which only
     // the records themselves can answer.
@@ -134,6 +137,11 @@ private:
     // one with the key values `written` (none: deleted) is current where it now sorts.
     void rowsWritten(qint64 position, const QList<QVariant> &written);
     QList<QVariant> keyValuesAt(qint64 position) const;
+    // The result columns of the fields and the values they must hold, for the database to
+    // find the records; false when only a walk can (fields that are not columns, a filter
+    // only the records can answer).
+    bool matchInDatabase(const QList<TField *> &fields, const Variant &keyValues, QList<int> &columns,
+                         QList<QVariant> &values) const;
     qint64 positionOf(const TBookmark &bookmark) const;
     // The key values a bookmark holds (none for a data set without a key); false for what is
     // no bookmark of a SQL data set.

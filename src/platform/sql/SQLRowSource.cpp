@@ -540,6 +540,58 @@ qint64 SQLRowSource::indexPositionOf(const QList<QVariant> &keyValues)
     return rows.Count() ? rows.values[0].ToInt64() - 1 : -1;
 }
 
+QString SQLRowSource::matchCondition(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text,
+                                     QList<QVariant> &params) const
+{
+    const bool exact = !text.prefix && !text.caseBlind;
+    const bool sqlite = connection_->Dialect() == TSQLDialect::SQLite;
+    QStringList match;
+    for (int i = 0; i < columns.size(); ++i) {
+        QString name = QStringLiteral("qdb_q.") + Quote(record_.fieldName(columns[i]));
+        if (values[i].isNull()) {
+            match << name + QStringLiteral(" IS NULL");
+            continue;
+        }
+        QVariant value = values[i];
+        QString mark = QStringLiteral("?");
+        if (!exact && value.typeId() == QMetaType::QString) {
+            QString wanted = value.toString();
+            if (text.caseBlind) {
+                // SQLite folds through the application's own function; PostgreSQL's
+                // lower() folds the value the same way it folds the column.
+                name = QStringLiteral("%1(%2)").arg(sqlite ? QStringLiteral("qdb_fold") : QStringLiteral("lower"), name);
+                if (sqlite)
+                    wanted = wanted.toCaseFolded();
+                else
+                    mark = QStringLiteral("lower(?)");
+            }
+            if (text.prefix) {
+                // A start compared as a substring: no pattern characters to escape.
+                name = QStringLiteral("substr(%1, 1, %2)").arg(name).arg(wanted.size());
+            }
+            value = wanted;
+        }
+        match << name + QStringLiteral(" = ") + mark;
+        params << value;
+    }
+    return match.join(QStringLiteral(" AND "));
+}
+
+int SQLRowSource::FirstMatch(const QList<int> &columns, const QList<QVariant> &values, SQLRows &row)
+{
+    if (!orderKnown_)
+        return -1;
+    return reading([&] {
+        QList<QVariant> params = shape_.params;
+        const QString match = matchCondition(columns, values, {}, params);
+        row = SQLRows();
+        Query(QStringLiteral("SELECT * FROM (%1) qdb_q WHERE %2 ORDER BY %3 LIMIT 1")
+                  .arg(shape_.body, match, OrderClause(QStringLiteral("qdb_q"))),
+              params, row, 1);
+        return row.Count() ? 1 : 0;
+    });
+}
+
 qint64 SQLRowSource::find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text)
 {
     if (!HasKeys() || !orderKnown_)
@@ -554,44 +606,14 @@ qint64 SQLRowSource::find(const QList<int> &columns, const QList<QVariant> &valu
     }
     if (keyValues.size() != keyColumns_.size() || !exact) {
         // The first match in the order gives the key, whose place is then counted.
-        QStringList match;
         QList<QVariant> params = shape_.params;
-        const bool sqlite = connection_->Dialect() == TSQLDialect::SQLite;
-        for (int i = 0; i < columns.size(); ++i) {
-            QString name = QStringLiteral("qdb_q.") + Quote(record_.fieldName(columns[i]));
-            if (values[i].isNull()) {
-                match << name + QStringLiteral(" IS NULL");
-                continue;
-            }
-            QVariant value = values[i];
-            QString mark = QStringLiteral("?");
-            if (!exact && value.typeId() == QMetaType::QString) {
-                QString wanted = value.toString();
-                if (text.caseBlind) {
-                    // SQLite folds through the application's own function; PostgreSQL's
-                    // lower() folds the value the same way it folds the column.
-                    name = QStringLiteral("%1(%2)").arg(sqlite ? QStringLiteral("qdb_fold") : QStringLiteral("lower"), name);
-                    if (sqlite)
-                        wanted = wanted.toCaseFolded();
-                    else
-                        mark = QStringLiteral("lower(?)");
-                }
-                if (text.prefix) {
-                    // A start compared as a substring: no pattern characters to escape.
-                    name = QStringLiteral("substr(%1, 1, %2)").arg(name).arg(wanted.size());
-                }
-                value = wanted;
-            }
-            match << name + QStringLiteral(" = ") + mark;
-            params << value;
-        }
+        const QString match = matchCondition(columns, values, text, params);
         QStringList keys;
         for (int key : keyColumns_)
             keys << QStringLiteral("qdb_q.") + Quote(record_.fieldName(key));
         SQLRows rows;
         Query(QStringLiteral("SELECT %1 FROM (%2) qdb_q WHERE %3 ORDER BY %4 LIMIT 1")
-                  .arg(keys.join(QStringLiteral(", ")), shape_.body, match.join(QStringLiteral(" AND ")),
-                       OrderClause(QStringLiteral("qdb_q"))),
+                  .arg(keys.join(QStringLiteral(", ")), shape_.body, match, OrderClause(QStringLiteral("qdb_q"))),
               params, rows, 1);
         if (!rows.Count())
             return -1;

@@ -149,6 +149,10 @@ public:
     // The position of the first row whose columns hold the values (null matching null), -1
     // when there is none, -2 when this source cannot search by itself.
     qint64 Find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text = {});
+    // Reads into `row` the first row, in the order, whose columns hold the values (as Find
+    // compares them exactly): 1, or 0 when there is none; -1 when this source cannot search
+    // by itself.
+    int FirstMatch(const QList<int> &columns, const QList<QVariant> &values, SQLRows &row);
     // The longest value of a column as text (by characters), Null when it holds none: one
     // pass of the database over the result, no row brought over but that one.
     Variant LongestText(int column);
@@ -234,6 +238,10 @@ private:
     void fetch(qint64 first, int n, SQLRows &rows);
     qint64 positionOf(const QList<QVariant> &keyValues);
     qint64 find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text);
+    // The WHERE condition (on qdb_q) of rows whose columns hold the values; appends its
+    // bound values to params.
+    QString matchCondition(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text,
+                           QList<QVariant> &params) const;
     void describe();
     bool summarize(const QList<SQLSummaryColumn> &columns, qint64 &rows, QList<SQLColumnSummary> &summaries);
     void rowsByKeys(const QList<QList<QVariant>> &keys, SQLRows &rows);

@@ -132,6 +132,61 @@ TEST_P(SQLDataSetTest, LocateFindsRecordsInTheCurrentOrder)
     EXPECT_EQ(table.RecNo(), 99 - 50 + 1);
 }
 
+TEST_P(SQLDataSetTest, LookupAsksTheDatabaseAndAnswersAsTheWalkDoes)
+{
+    // The same table read by a second data set whose OnFilterRecord accepts every record:
+    // its lookups can only walk.
+    TSQLTable walker;
+    walker.SetConnection(&connection);
+    walker.SetTableName(QStringLiteral("orders"));
+    walker.SetOnFilterRecord({[](TDataSet *, bool &accept) { accept = true; }});
+    walker.SetFiltered(true);
+    struct Case
+    {
+        QString keys;
+        Variant values;
+        QString results;
+    };
+    const QList<Case> cases = {
+        {QStringLiteral("id"), 417, QStringLiteral("name")},
+        {QStringLiteral("id"), 417, QStringLiteral("price;ordered;stamp;paid;Unit Price")},
+        {QStringLiteral("name"), QStringLiteral("r33"), QStringLiteral("qty")},
+        {QStringLiteral("name"), Variant::Null(), QStringLiteral("id")}, // the first of many, in the order
+        {QStringLiteral("paid"), true, QStringLiteral("id;name")},
+        {QStringLiteral("name;qty"), VarArrayOf({QStringLiteral("r33"), 33}), QStringLiteral("id")},
+        {QStringLiteral("name;qty"), VarArrayOf({QStringLiteral("r33"), 34}), QStringLiteral("id")},
+        {QStringLiteral("id"), Rows + 1, QStringLiteral("name")},
+        {QStringLiteral("name"), QStringLiteral("x' OR '1'='1"), QStringLiteral("id")},
+    };
+    const auto compare = [&](const char *how) {
+        table.Open();
+        walker.Open();
+        table.MoveBy(5);
+        const int at = table.RecNo();
+        for (const Case &c : cases) {
+            const Variant direct = table.Lookup(c.keys, c.values, c.results);
+            const Variant walked = walker.Lookup(c.keys, c.values, c.results);
+            EXPECT_TRUE(direct == walked) << how << ": " << c.keys.toStdString() << " -> " << c.results.toStdString()
+                                          << ": " << direct.ToString().toStdString() << " against "
+                                          << walked.ToString().toStdString();
+        }
+        EXPECT_EQ(table.RecNo(), at) << how;
+        table.Close();
+        walker.Close();
+    };
+    compare("by the key");
+    table.SetIndexFieldNames(QStringLiteral("qty:D"));
+    walker.SetIndexFieldNames(QStringLiteral("qty:D"));
+    compare("by quantity, descending");
+    // A filter the database applies narrows what is found.
+    table.SetFilter(QStringLiteral("qty < 100"));
+    table.SetFiltered(true);
+    walker.SetFilter(QStringLiteral("qty < 100"));
+    compare("filtered");
+    table.Open();
+    EXPECT_TRUE(table.Lookup(QStringLiteral("id"), 150, QStringLiteral("name")).IsNull());
+}
+
 TEST_P(SQLDataSetTest, NavigatesTheWholeResultWithBoundedMemory)
 {
     table.Open();
