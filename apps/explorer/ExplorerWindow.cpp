@@ -1,4 +1,5 @@
 #include "ExplorerWindow.h"
+#include "Schema.h"
 
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
@@ -13,7 +14,9 @@
 #include <QMenuBar>
 #include <QScrollBar>
 #include <QSplitter>
+#include <QSqlField>
 #include <QSqlIndex>
+#include <QSqlRecord>
 #include <QStatusBar>
 #include <QUrl>
 
@@ -117,11 +120,13 @@ bool ExplorerWindow::ShowTable(const QString &name)
 {
     try {
         table_.Close();
+        lookups_.clear();
         table_.SetTableName(name);
         table_.SetIndexFieldNames(QString());
         grid_->SetKeyFields(primaryKey(name));
         table_.Open();
         setUpTotals();
+        setUpLists(name);
         setWindowTitle(tr("%1 - Explorer").arg(name));
         const QSignalBlocker block(tables_);
         const QList<QListWidgetItem *> items = tables_->findItems(name, Qt::MatchFixedString);
@@ -179,6 +184,69 @@ void ExplorerWindow::setUpTotals()
         footer->SetCalcValue(numeric ? cvSum : cvCount);
         footer->SetAlignment(numeric ? taRightJustify : taLeftJustify);
     }
+}
+
+void ExplorerWindow::setUpLists(const QString &table)
+{
+    constexpr int MostPicks = 12;
+    QStringList referring;
+    for (const ForeignKey &fk : ForeignKeys(connection_, table)) {
+        if (TQColumn *column = grid_->GetColumns()->FindColumn(fk.column)) {
+            setUpLookup(column, fk.table, fk.key.isEmpty() ? primaryKey(fk.table) : fk.key);
+            referring << fk.column;
+        }
+    }
+    const QStringList keys = primaryKey(table).split(QLatin1Char(';'));
+    for (TQColumn *column : *grid_->GetColumns()) {
+        TField *f = column->GetField();
+        if (!f || f->DataType() != ftString || f->FieldKind() != fkData
+            || referring.contains(f->FieldName(), Qt::CaseInsensitive) || keys.contains(f->FieldName(), Qt::CaseInsensitive))
+            continue;
+        const QStringList values = FewValues(connection_, table, f->FieldName(), MostPicks);
+        if (!values.isEmpty())
+            column->GetPickList()->SetText(values.join(QLatin1Char('\n')));
+    }
+}
+
+void ExplorerWindow::setUpLookup(TQColumn *column, const QString &table, const QString &key)
+{
+    auto lookup = std::make_unique<TSQLTable>();
+    lookup->SetConnection(&connection_);
+    lookup->SetTableName(table);
+    lookup->Open();
+    // The row is named by its first required text; a table without one is chosen by key.
+    QString result = key;
+    const QSqlRecord declared = connection_.Database().record(table);
+    for (TField *f : lookup->Fields()) {
+        const QSqlField declaredField = declared.field(f->FieldName());
+        if (f->DataType() == ftString && declaredField.requiredStatus() == QSqlField::Required
+            && f->FieldName().compare(key, Qt::CaseInsensitive) != 0) {
+            result = f->FieldName();
+            break;
+        }
+    }
+    QStringList shown{result};
+    for (TField *f : lookup->Fields()) {
+        if (shown.size() == 3)
+            break;
+        if (f->FieldName() != result && f->FieldName().compare(key, Qt::CaseInsensitive) != 0 && !f->IsBlob())
+            shown << f->FieldName();
+    }
+    // Listed in the order of what is shown, so that typing finds its way down the list.
+    lookup->Close();
+    lookup->SetIndexFieldNames(result == key ? key : result + QLatin1Char(';') + key);
+    lookup->Open();
+    column->SetLookupDataSet(lookup.get());
+    column->SetKeyField(column->GetFieldName());
+    column->SetLookupKeyField(key);
+    column->SetLookupResultField(result);
+    if (result != key) // the name shown, not the number stored
+        column->SetAlignment(taLeftJustify);
+    column->GetLookupListFields()->SetText(shown.join(QLatin1Char('\n')));
+    column->SetListOptions(column->GetListOptions() + loShowLookupListTitles);
+    if (result == key) // a number typed is a number, not the start of one to look for
+        column->SetListOptions(column->GetListOptions() - loAutoComplete);
+    lookups_.push_back(std::move(lookup));
 }
 
 void ExplorerWindow::updateCounter()

@@ -7,6 +7,9 @@
 
 #include <QMainWindow>
 
+#include <memory>
+#include <vector>
+
 class QAction;
 class QLabel;
 class QListWidget;
@@ -42,6 +45,10 @@ private:
     void updateCounter();
     // Each column's footer adds up its field.
     void setUpTotals();
+    // A column that refers to another table edits by that table's rows; a text column that
+    // holds a few values again and again offers them.
+    void setUpLists(const QString &table);
+    void setUpLookup(qdb::TQColumn *column, const QString &table, const QString &key);
     void showError(const QString &text);
     // A long read shows the wait cursor and lets Esc cancel it; other input waits.
     QString readingMessage() const;
@@ -52,6 +59,7 @@ private:
 
     qdb::TSQLConnection connection_;
     qdb::TSQLTable table_;
+    std::vector<std::unique_ptr<qdb::TSQLTable>> lookups_; // the tables the columns refer to
     qdb::TDataSource source_;
     qdb::TQDBGrid *grid_;
     QListWidget *tables_;

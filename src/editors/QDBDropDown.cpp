@@ -81,7 +81,11 @@ QSize TQDBPopupList::CalcSize()
         columns += qMax(0, ColWidths(c)) + line;
     const int frame = 2 * frameWidth();
     const int scrollBar = verticalScrollBar()->sizeHint().width();
-    return {qMax(MinWidth, columns + frame + scrollBar), titles + rows * rowHeight + frame};
+    int width = qMax(MinWidth, columns + frame + scrollBar);
+    // Wide lists scroll sideways rather than run off the screen.
+    if (const QScreen *on = editBox_ ? editBox_->screen() : screen())
+        width = qMin(width, on->availableGeometry().width());
+    return {width, titles + rows * rowHeight + frame};
 }
 
 void TQDBPopupList::PlaceUnder(const QRect &anchor)

@@ -42,9 +42,10 @@ void TQDBGridDataList::DoDropDown()
     TDataSet *lookup = lookupData();
     TQDBPopupList *popup = Popup();
     const TQListOptions options = ListOptions();
-    popup->GetColumns()->Clear();
     popup->SetOptions(options.Contains(loShowLookupListTitles) ? popup->GetOptions() + TQDBGridOptions{dgTitles}
                                                                 : popup->GetOptions() - TQDBGridOptions{dgTitles});
+    // The data set first: binding it builds a column for every field, which these replace
+    // in one change (an empty set of columns would be built again).
     popup->ListSource()->SetDataSet(lookup);
     QStringList fields = column->GetLookupListFields()->ToStringList();
     if (fields.size() == 1)
@@ -53,15 +54,19 @@ void TQDBGridDataList::DoDropDown()
         fields << column->GetLookupResultField();
     const QStringList titles = column->GetLookupListTitles().split(QLatin1Char(';'));
     const QStringList widths = column->GetLookupListWidths().split(QLatin1Char(';'));
-    for (int i = 0; i < fields.size(); ++i) {
-        TQColumn *shown = popup->GetColumns()->Add();
-        shown->SetFieldName(fields[i]);
-        if (i < titles.size() && !titles[i].trimmed().isEmpty())
-            shown->GetTitle()->SetCaption(titles[i].trimmed());
-        bool ok = false;
-        const int width = i < widths.size() ? widths[i].trimmed().toInt(&ok) : 0;
-        if (ok && width > 0)
-            shown->SetWidth(width);
+    {
+        const CollectionUpdateGuard update(*popup->GetColumns());
+        popup->GetColumns()->Clear();
+        for (int i = 0; i < fields.size(); ++i) {
+            TQColumn *shown = popup->GetColumns()->Add();
+            shown->SetFieldName(fields[i]);
+            if (i < titles.size() && !titles[i].trimmed().isEmpty())
+                shown->GetTitle()->SetCaption(titles[i].trimmed());
+            bool ok = false;
+            const int width = i < widths.size() ? widths[i].trimmed().toInt(&ok) : 0;
+            if (ok && width > 0)
+                shown->SetWidth(width);
+        }
     }
     // The list opens on the record the cell holds.
     TDataSet *ds = column->GetField() ? column->GetField()->DataSet() : nullptr;

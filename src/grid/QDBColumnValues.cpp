@@ -25,6 +25,8 @@ QString TQColumn::GetDisplayText() const
     TField *f = GetField();
     if (!f)
         return {};
+    if (GetLookupColumn() == lcLookupValueField)
+        return lookupTextOf(f);
     return PickTextActive() ? pickTextOf(f) : f->DisplayText();
 }
 
@@ -33,6 +35,8 @@ QString TQColumn::GetEditText() const
     TField *f = GetField();
     if (!f || autoNumber_)
         return {};
+    if (GetLookupColumn() == lcLookupValueField)
+        return lookupTextOf(f);
     return PickTextActive() ? pickTextOf(f) : f->Text();
 }
 
@@ -55,7 +59,7 @@ void TQColumn::SetEditText(const QString &text)
     if (!f || autoNumber_)
         return;
     const TQLookupColumn lookup = GetLookupColumn();
-    if (lookup == lcLookupField || lookup == lcLookupResultField) {
+    if (lookup == lcLookupField || lookup == lcLookupResultField || lookup == lcLookupValueField) {
         SetListValue(text.isEmpty() ? Variant::Null() : lookupKeyOf(text));
         return;
     }
@@ -83,6 +87,15 @@ Variant TQColumn::lookupKeyOf(const QString &text) const
     if (key.IsClear() || key.IsNull())
         notInList(text);
     return key;
+}
+
+QString TQColumn::lookupTextOf(const TField *f) const
+{
+    TDataSet *lookup = GetLookupDataSet();
+    if (f->IsNull() || !lookup->Active())
+        return f->DisplayText();
+    const Variant result = lookup->Lookup(GetLookupKeyField(), f->Value(), GetLookupResultField());
+    return result.IsClear() ? f->DisplayText() : result.ToString();
 }
 
 void TQColumn::notInList(const QString &text) const

@@ -608,6 +608,9 @@ private:
     QString pickTextOf(const TField *f) const;
     // The key of the lookup record whose result is the text; refused when there is none.
     Variant lookupKeyOf(const QString &text) const;
+    // What a column that holds a key shows for it: the lookup record's result, or the key
+    // itself when no record holds it.
+    QString lookupTextOf(const TField *f) const;
     [[noreturn]] void notInList(const QString &text) const;
     // The ticked values or the condition changed: the grid filters again.
     void filterChanged();

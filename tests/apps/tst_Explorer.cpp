@@ -3,14 +3,21 @@
 #include "ExplorerWindow.h"
 
 #include "platform/rtl/Dialogs.h"
+#include "editors/QDBDropDown.h"
+#include "editors/QDBEditor.h"
 #include "grid/QDBGridTotals.h"
 #include "platform/sql/SQLConnection.h"
+
+#include "SQLTestSupport.h"
+#include "TestSupport.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -273,3 +280,120 @@ TEST(Explorer, TheFooterAddsUpTheTableOrTheSelectedRows)
     EXPECT_FALSE(grid->GetOptionsEx().Contains(dgTotalFooter));
     EXPECT_EQ(grid->BottomRowCount(), 1); // the blank row only
 }
+
+TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("copy.db"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path));
+    MessageLog messages;
+    explorer::ExplorerWindow window;
+    window.OpenDatabase(path, QStringLiteral("orders"));
+    window.show();
+    QApplication::processEvents();
+    TQDBGrid *grid = window.Grid();
+    TDataSet *orders = grid->DataSet();
+    TQColumn *customer = grid->GetColumns()->FindColumn(QStringLiteral("CustNo"));
+    ASSERT_EQ(customer->GetLookupColumn(), lcLookupValueField);
+    TSQLConnection look;
+    look.SetConnectionString(path);
+    look.Open();
+    const auto companyOf = [&](const Variant &custNo) {
+        return look.ExecScalar(QStringLiteral("SELECT Company FROM customers WHERE CustNo = ?"), {custNo}).ToString();
+    };
+    // The cell shows the company the order refers to.
+    EXPECT_EQ(customer->GetDisplayText(), companyOf(orders->FieldByName(QStringLiteral("CustNo"))->Value()));
+
+    grid->SetCol(grid->DataToRawColumn(customer->Index()));
+    QTest::keyClick(grid, Qt::Key_F4);
+    auto *editor = qobject_cast<TQDBGridEditor *>(grid->InplaceEditor());
+    ASSERT_TRUE(editor && editor->PopupList() && editor->PopupList()->Showing());
+    TQDBPopupList *list = editor->PopupList()->Popup();
+    ASSERT_EQ(list->GetColumns()->Count(), 3);
+    EXPECT_EQ(list->GetColumns()->Items(0)->GetFieldName(), QStringLiteral("Company"));
+    EXPECT_LE(list->width(), list->screen()->availableGeometry().width());
+    QTest::keyClicks(editor, QStringLiteral("wonka f"));
+    const QString chosen = editor->text();
+    EXPECT_TRUE(chosen.startsWith(QStringLiteral("Wonka Foods"))) << chosen.toStdString();
+    QTest::keyClick(editor, Qt::Key_Return); // takes the customer
+    QTest::keyClick(editor, Qt::Key_Return); // and the cell
+    const int orderNo = orders->FieldByName(QStringLiteral("OrderNo"))->AsInteger();
+    orders->Post();
+    const Variant stored = look.ExecScalar(QStringLiteral("SELECT CustNo FROM orders WHERE OrderNo = ?"), {orderNo});
+    EXPECT_EQ(companyOf(stored), chosen);
+
+    // A company that is not there is refused, and the text stays to be put right.
+    QTest::keyClick(grid, Qt::Key_F2);
+    editor->selectAll();
+    QTest::keyClicks(editor, QStringLiteral("Nobody Ltd"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_EQ(messages.texts.size(), 1);
+    EXPECT_TRUE(messages.texts.front().contains(QStringLiteral("is not in the list"))) << messages.texts.front().toStdString();
+    EXPECT_TRUE(grid->EditorMode());
+    EXPECT_EQ(editor->text(), QStringLiteral("Nobody Ltd"));
+    QTest::keyClick(editor, Qt::Key_Escape);
+    orders->Cancel();
+
+    // Lines refer to orders, which have no name: they are chosen by number.
+    ASSERT_TRUE(window.ShowTable(QStringLiteral("order_lines")));
+    EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("OrderNo"))->GetLookupColumn(), lcLookupKeyField);
+    EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("ProductNo"))->GetLookupColumn(), lcLookupValueField);
+
+    // Countries repeat among the customers: their cells offer them; names do not.
+    ASSERT_TRUE(window.ShowTable(QStringLiteral("customers")));
+    const QStringList countries = grid->GetColumns()->FindColumn(QStringLiteral("Country"))->GetPickList()->ToStringList();
+    EXPECT_TRUE(countries.contains(QStringLiteral("Norway"))) << countries.join(QLatin1Char(',')).toStdString();
+    EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("Company"))->GetPickList()->Count(), 0);
+    EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("Country"))), edsDropDownList);
+}
+
+class ExplorerSQL : public testing::TestWithParam<test::Backend>
+{
+};
+
+TEST_P(ExplorerSQL, ListsFollowTheSchemaOnEitherDatabase)
+{
+    RegisterDBTypes();
+    test::TestDatabase db;
+    TSQLConnection connection;
+    if (!db.Open(GetParam(), connection, QStringLiteral("explorer")))
+        GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
+    connection.ExecSQL(QStringLiteral("CREATE TABLE firms (id INTEGER PRIMARY KEY, name VARCHAR(30) NOT NULL, town VARCHAR(20))"));
+    connection.ExecSQL(QStringLiteral("CREATE TABLE deals (id INTEGER PRIMARY KEY, firm INTEGER REFERENCES firms (id),"
+                                      " stage VARCHAR(10), memo VARCHAR(40))"));
+    connection.ExecSQL(QStringLiteral("INSERT INTO firms VALUES (1, 'North', 'Oslo'), (2, 'South', 'Rome'), (3, 'Sou''west', NULL)"));
+    for (int i = 1; i <= 12; ++i)
+        connection.ExecSQL(QStringLiteral("INSERT INTO deals VALUES (?, ?, ?, ?)"),
+                           {i, 1 + i % 2, i % 3 == 0 ? QStringLiteral("won") : QStringLiteral("open"), QStringLiteral("note %1").arg(i)});
+    const QString address = connection.ConnectionString();
+    {
+        explorer::ExplorerWindow window;
+        window.OpenDatabase(address, QStringLiteral("deals"));
+        window.show();
+        QApplication::processEvents();
+        TQDBGrid *grid = window.Grid();
+        TQColumn *firm = grid->GetColumns()->FindColumn(QStringLiteral("firm"));
+        ASSERT_EQ(firm->GetLookupColumn(), lcLookupValueField);
+        EXPECT_EQ(firm->GetLookupResultField(), QStringLiteral("name"));
+        EXPECT_EQ(firm->GetDisplayText(), QStringLiteral("South"));
+        EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("stage"))->GetPickList()->ToStringList(),
+                  (QStringList{QStringLiteral("open"), QStringLiteral("won")}));
+        EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("memo"))->GetPickList()->Count(), 0);
+
+        // Typing a name stores its firm's key; a quote in it is text, not SQL.
+        grid->SetCol(grid->DataToRawColumn(firm->Index()));
+        QTest::keyClick(grid, Qt::Key_F2);
+        auto *editor = qobject_cast<QLineEdit *>(grid->InplaceEditor());
+        ASSERT_TRUE(editor);
+        editor->selectAll();
+        QTest::keyClicks(editor, QStringLiteral("Sou'west"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        grid->DataSet()->Post();
+    }
+    EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT firm FROM deals WHERE id = 1")).ToInt(), 3);
+    connection.Close();
+    db.Drop();
+}
+
+INSTANTIATE_TEST_SUITE_P(Databases, ExplorerSQL, testing::Values(test::Backend::SQLite, test::Backend::PostgreSQL),
+                         test::BackendName);
