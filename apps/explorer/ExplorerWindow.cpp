@@ -197,11 +197,17 @@ void ExplorerWindow::setUpLists(const QString &table)
         }
     }
     const QStringList keys = primaryKey(table).split(QLatin1Char(';'));
+    const QStringList longTexts = LongTextColumns(connection_, table);
     for (TQColumn *column : *grid_->GetColumns()) {
         TField *f = column->GetField();
         if (!f || f->DataType() != ftString || f->FieldKind() != fkData
             || referring.contains(f->FieldName(), Qt::CaseInsensitive) || keys.contains(f->FieldName(), Qt::CaseInsensitive))
             continue;
+        // Text of no declared length is written at length: its button opens several lines.
+        if (longTexts.contains(f->FieldName(), Qt::CaseInsensitive)) {
+            column->SetButtonStyle(cbsEllipsis);
+            continue;
+        }
         const QStringList values = FewValues(connection_, table, f->FieldName(), MostPicks);
         if (!values.isEmpty())
             column->GetPickList()->SetText(values.join(QLatin1Char('\n')));

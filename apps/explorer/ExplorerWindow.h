@@ -46,7 +46,7 @@ private:
     // Each column's footer adds up its field.
     void setUpTotals();
     // A column that refers to another table edits by that table's rows; a text column that
-    // holds a few values again and again offers them.
+    // holds a few values again and again offers them; a long text edits in several lines.
     void setUpLists(const QString &table);
     void setUpLookup(qdb::TQColumn *column, const QString &table, const QString &key);
     void showError(const QString &text);

@@ -57,6 +57,26 @@ QList<ForeignKey> ForeignKeys(TSQLConnection &connection, const QString &table)
     return keys;
 }
 
+QStringList LongTextColumns(TSQLConnection &connection, const QString &table)
+{
+    QString sql;
+    switch (connection.Dialect()) {
+    case TSQLDialect::SQLite:
+        sql = QStringLiteral("SELECT name FROM pragma_table_info(:t) WHERE upper(type) LIKE '%TEXT' OR upper(type) LIKE '%CLOB'");
+        break;
+    case TSQLDialect::PostgreSQL:
+        sql = QStringLiteral("SELECT column_name FROM information_schema.columns WHERE table_name = :t"
+                             " AND table_schema = current_schema() AND data_type = 'text'");
+        break;
+    default:
+        return {};
+    }
+    QStringList names;
+    for (const QStringList &row : rowsOf(connection, sql, table))
+        names << row[0];
+    return names;
+}
+
 QStringList FewValues(TSQLConnection &connection, const QString &table, const QString &column, int most)
 {
     const QString sql = QStringLiteral("SELECT qdb_v, COUNT(*) FROM (SELECT %1 AS qdb_v FROM %2 LIMIT %3) qdb_s"

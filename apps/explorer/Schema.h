@@ -22,6 +22,9 @@ struct ForeignKey
 // The foreign keys of one column each (keys of several columns are left out).
 QList<ForeignKey> ForeignKeys(qdb::TSQLConnection &connection, const QString &table);
 
+// The columns declared as text of no set length (TEXT, CLOB): what is written at length.
+QStringList LongTextColumns(qdb::TSQLConnection &connection, const QString &table);
+
 // The values a text column holds, sorted, when the first rows of the table show only a few
 // of them (at most `most`) and each is used again and again; empty otherwise. Only a sample
 // is read, so that this costs little on any size of table.

@@ -17,6 +17,7 @@ namespace qdb {
 class TQColumn;
 class TQCustomDBGrid;
 class TQDBGridDropDownList;
+class TQDBMemoPopup;
 class TImageList;
 
 // The plain edit inside a grid: placed on a cell, hidden with it; the wheel goes to the grid.
@@ -143,6 +144,10 @@ public:
     // Takes style, flags and colour from the column again.
     virtual void UpdateContents();
     TQDBGridDropDownList *PopupList() const;
+    // Opens the cell's whole text in a box of several lines under the cell; what is taken
+    // there goes to the column as a list's value does. Read-only when the editor is.
+    void EditMemo();
+    TQDBMemoPopup *MemoPopup() const;
 
     TEditorStyle GetEditorStyle() const override;
     virtual const QMetaObject *GetEditorListClass() const;
@@ -183,6 +188,7 @@ private:
     TQCustomDBGrid *grid_;
     QPointer<TQColumn> column_;
     QPointer<TQDBGridDropDownList> popup_;
+    QPointer<TQDBMemoPopup> memo_;
     bool autoComplete_ = false;
     bool autoDropDown_ = false;
     bool autoClose_ = false;

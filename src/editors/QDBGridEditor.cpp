@@ -3,6 +3,7 @@
 #include "QDBEditor.h"
 
 #include "QDBDropDown.h"
+#include "QDBMemoPopup.h"
 
 #include "grid/QDBGrid.h"
 #include "platform/rtl/Dialogs.h"
@@ -30,6 +31,7 @@ TQDBGridEditor::TQDBGridEditor(TQCustomDBGrid *grid, QWidget *parent) : TQDBInpl
 TQDBGridEditor::~TQDBGridEditor()
 {
     delete popup_.data();
+    delete memo_.data();
 }
 
 TQColumn *TQDBGridEditor::GetColumn() const
@@ -40,6 +42,24 @@ TQColumn *TQDBGridEditor::GetColumn() const
 TQDBGridDropDownList *TQDBGridEditor::PopupList() const
 {
     return popup_;
+}
+
+TQDBMemoPopup *TQDBGridEditor::MemoPopup() const
+{
+    return memo_;
+}
+
+void TQDBGridEditor::EditMemo()
+{
+    if (ListVisible() || popup_ || memo_ || !grid_ || !column_ || !column_->GetField())
+        return;
+    memo_ = new TQDBMemoPopup(this);
+    memo_->OnCloseUp = [this](TQDBMemoPopup *memo, bool accept) { ListCloseUp(memo, accept); };
+    ListDropDown(memo_);
+    const QRect bounds = DropDownRect();
+    const QWidget *origin = parentWidget() ? parentWidget() : this;
+    memo_->ShowUnder(QRect(origin->mapToGlobal(bounds.topLeft()), bounds.size()), column_->GetField()->AsString(),
+                     isReadOnly());
 }
 
 void TQDBGridEditor::SetColumn(TQColumn *column)
@@ -125,11 +145,22 @@ void TQDBGridEditor::CloseUp(bool accept)
 {
     if (popup_ && popup_->Showing())
         popup_->CloseUp(accept);
+    if (memo_ && memo_->Showing())
+        memo_->CloseUp(accept);
 }
 
 void TQDBGridEditor::ListCloseUp(QObject *list, bool &accept)
 {
     TQDBInplaceEditor::ListCloseUp(list, accept);
+    if (memo_ && list == memo_) {
+        Variant text = memo_->Text();
+        if (grid_)
+            grid_->ListCloseUp(list, text, accept);
+        memo_->deleteLater();
+        memo_ = nullptr;
+        setFocus();
+        return;
+    }
     if (!popup_ || list != popup_)
         return;
     Variant value = popup_->Value;

@@ -632,8 +632,8 @@ private:
     void drawFixedFace(QPainter &painter, const QRect &rect, const QColor &face);
     void moveSequence(int by);
     bool cellModifiable() const;
-    // F4 or Alt+Down on a list cell: the editor opens with its list.
-    void dropDownCell();
+    // F4 or Alt+Down on a list cell: the editor opens with its list; F4 also presses another button.
+    void dropDownCell(bool pressButton);
     // A character typed on a cell: the editor opens on it with that character; false when
     // the cell takes no typing.
     bool typeIntoCell(QKeyEvent *event);

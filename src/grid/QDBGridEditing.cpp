@@ -223,8 +223,18 @@ void TQCustomDBGrid::ListCloseUp(QObject *list, Variant &value, bool &accept)
 
 void TQCustomDBGrid::EditButtonClick()
 {
-    if (OnEditButtonClick)
+    if (OnEditButtonClick) {
         OnEditButtonClick(this);
+        return;
+    }
+    // Without a handler, the button of a text column opens the whole text in several lines.
+    TQColumn *column = ColumnAt(Col());
+    TField *field = column ? column->GetField() : nullptr;
+    static constexpr TFieldType texts[] = {ftString, ftWideString, ftFixedChar, ftMemo, ftFmtMemo, ftWideMemo};
+    if (!field || !column->GetEditMemo() || std::find(std::begin(texts), std::end(texts), field->DataType()) == std::end(texts))
+        return;
+    if (auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor()); editor && EditorMode())
+        editor->EditMemo();
 }
 
 void TQCustomDBGrid::AutoDropDownState(int)

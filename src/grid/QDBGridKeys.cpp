@@ -66,7 +66,7 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     }
     const bool alt = event->modifiers().testFlag(Qt::AltModifier);
     if ((key == Qt::Key_F4 && !alt && !ctrl) || (alt && (key == Qt::Key_Up || key == Qt::Key_Down))) {
-        dropDownCell();
+        dropDownCell(key == Qt::Key_F4);
         event->accept();
         return;
     }
@@ -115,14 +115,21 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     event->accept();
 }
 
-void TQCustomDBGrid::dropDownCell()
+void TQCustomDBGrid::dropDownCell(bool pressButton)
 {
-    if (!GetOptions().Contains(dgEditing) || GetEditorStyle() != edsDropDownList)
+    const TEditorStyle style = GetEditorStyle();
+    if (!GetOptions().Contains(dgEditing) || style == edsSimple || (style != edsDropDownList && !pressButton))
         return;
     const QScopedValueRollback<bool> dropping(d_->dropDownInProgress, true);
     ShowEditor();
-    if (auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor()); editor && EditorMode())
+    auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor());
+    if (!editor || !EditorMode())
+        return;
+    // As in the editor: F4 opens a list, or presses any other button; Alt+Down only opens.
+    if (style == edsDropDownList)
         editor->DropDown();
+    else
+        editor->EditButtonClick();
 }
 
 bool TQCustomDBGrid::typeIntoCell(QKeyEvent *event)

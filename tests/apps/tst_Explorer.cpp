@@ -5,6 +5,7 @@
 #include "platform/rtl/Dialogs.h"
 #include "editors/QDBDropDown.h"
 #include "editors/QDBEditor.h"
+#include "editors/QDBMemoPopup.h"
 #include "grid/QDBGridTotals.h"
 #include "platform/sql/SQLConnection.h"
 
@@ -17,6 +18,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTemporaryDir>
@@ -344,6 +346,16 @@ TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
     const QStringList countries = grid->GetColumns()->FindColumn(QStringLiteral("Country"))->GetPickList()->ToStringList();
     EXPECT_TRUE(countries.contains(QStringLiteral("Norway"))) << countries.join(QLatin1Char(',')).toStdString();
     EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("Company"))->GetPickList()->Count(), 0);
+    // Notes are long: their button opens them in several lines.
+    TQColumn *notes = grid->GetColumns()->FindColumn(QStringLiteral("Notes"));
+    EXPECT_EQ(grid->GetEditorStyle(notes), edsEllipsis);
+    EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("City"))), edsDropDownList);
+    grid->SetCol(grid->DataToRawColumn(notes->Index()));
+    QTest::keyClick(grid, Qt::Key_F4);
+    editor = qobject_cast<TQDBGridEditor *>(grid->InplaceEditor());
+    ASSERT_TRUE(editor && editor->MemoPopup());
+    EXPECT_EQ(editor->MemoPopup()->Text(), grid->DataSet()->FieldByName(QStringLiteral("Notes"))->AsString());
+    QTest::keyClick(editor->MemoPopup()->Edit(), Qt::Key_Escape);
     EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("Country"))), edsDropDownList);
 }
 
@@ -360,7 +372,7 @@ TEST_P(ExplorerSQL, ListsFollowTheSchemaOnEitherDatabase)
         GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
     connection.ExecSQL(QStringLiteral("CREATE TABLE firms (id INTEGER PRIMARY KEY, name VARCHAR(30) NOT NULL, town VARCHAR(20))"));
     connection.ExecSQL(QStringLiteral("CREATE TABLE deals (id INTEGER PRIMARY KEY, firm INTEGER REFERENCES firms (id),"
-                                      " stage VARCHAR(10), memo VARCHAR(40))"));
+                                      " stage VARCHAR(10), memo TEXT)"));
     connection.ExecSQL(QStringLiteral("INSERT INTO firms VALUES (1, 'North', 'Oslo'), (2, 'South', 'Rome'), (3, 'Sou''west', NULL)"));
     for (int i = 1; i <= 12; ++i)
         connection.ExecSQL(QStringLiteral("INSERT INTO deals VALUES (?, ?, ?, ?)"),
@@ -379,6 +391,8 @@ TEST_P(ExplorerSQL, ListsFollowTheSchemaOnEitherDatabase)
         EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("stage"))->GetPickList()->ToStringList(),
                   (QStringList{QStringLiteral("open"), QStringLiteral("won")}));
         EXPECT_EQ(grid->GetColumns()->FindColumn(QStringLiteral("memo"))->GetPickList()->Count(), 0);
+        EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("memo"))), edsEllipsis);
+        EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("stage"))), edsDropDownList);
 
         // Typing a name stores its firm's key; a quote in it is text, not SQL.
         grid->SetCol(grid->DataToRawColumn(firm->Index()));

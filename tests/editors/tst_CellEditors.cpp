@@ -3,6 +3,7 @@
 
 #include "editors/QDBDataList.h"
 #include "editors/QDBEditor.h"
+#include "editors/QDBMemoPopup.h"
 #include "grid/QDBGrid.h"
 
 #include "DbTestSupport.h"
@@ -13,6 +14,7 @@
 #include "platform/sql/SQLDataSet.h"
 
 #include <QApplication>
+#include <QPlainTextEdit>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -274,6 +276,71 @@ TEST_F(CellEditors, TheButtonStylesAndTheMask)
     EXPECT_EQ(messages.texts.size(), 1);
     EXPECT_TRUE(grid.EditorMode());
     EXPECT_EQ(field("Code"), "12-34");
+}
+
+TEST_F(CellEditors, ALongTextEditsInSeveralLinesUnderItsCell)
+{
+    TMemTable notes;
+    test::AddField(notes, QStringLiteral("ID"), ftInteger);
+    test::AddField(notes, QStringLiteral("Note"), ftMemo);
+    test::AddField(notes, QStringLiteral("Title"), ftString, 20);
+    notes.CreateDataSet();
+    notes.AppendRecord({1, QStringLiteral("first line\nsecond line"), QStringLiteral("one")});
+    notes.AppendRecord({2, QStringLiteral("other"), QStringLiteral("two")});
+    notes.First();
+    source.SetDataSet(&notes);
+    TQColumn *note = column("Note");
+    note->SetButtonStyle(cbsEllipsis);
+    select("Note");
+    const auto memo = [this] { return editor() ? editor()->MemoPopup() : nullptr; };
+
+    // F4 on the cell opens the whole text; Return makes a new line, Ctrl+Return takes it.
+    QTest::keyClick(&grid, Qt::Key_F4);
+    ASSERT_TRUE(memo() && memo()->isVisible());
+    EXPECT_EQ(memo()->Text(), "first line\nsecond line");
+    EXPECT_GE(memo()->geometry().top(), editor()->mapToGlobal(QPoint(0, editor()->height())).y() - 2);
+    QPlainTextEdit *lines = memo()->Edit();
+    lines->moveCursor(QTextCursor::End);
+    QTest::keyClick(lines, Qt::Key_Return);
+    QTest::keyClicks(lines, QStringLiteral("third"));
+    QTest::keyClick(lines, Qt::Key_Return, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(memo(), nullptr);
+    EXPECT_EQ(notes.FieldByName(QStringLiteral("Note"))->AsString(), "first line\nsecond line\nthird");
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_FALSE(grid.EditorMode());
+    notes.Post();
+    EXPECT_EQ(notes.FieldByName(QStringLiteral("Note"))->AsString(), "first line\nsecond line\nthird");
+
+    // Esc leaves the text as it was; a click elsewhere keeps what was typed.
+    QTest::keyClick(&grid, Qt::Key_F4);
+    ASSERT_NE(memo(), nullptr);
+    memo()->Edit()->setPlainText(QStringLiteral("thrown away"));
+    QTest::keyClick(memo()->Edit(), Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(notes.FieldByName(QStringLiteral("Note"))->AsString(), "first line\nsecond line\nthird");
+    EXPECT_TRUE(grid.EditorMode());
+    editor()->EditButtonClick();
+    ASSERT_NE(memo(), nullptr);
+    memo()->Edit()->setPlainText(QStringLiteral("kept"));
+    memo()->hide();
+    settle();
+    EXPECT_EQ(notes.FieldByName(QStringLiteral("Note"))->AsString(), "kept");
+    notes.Cancel();
+
+    // Without EditMemo a memo is not typed into; with a handler the button is the handler's.
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    note->SetEditMemo(false);
+    QTest::keyClick(&grid, Qt::Key_F4);
+    EXPECT_FALSE(grid.EditorMode());
+    note->SetEditMemo(true);
+    int clicks = 0;
+    grid.OnEditButtonClick = [&clicks](TObject *) { ++clicks; };
+    QTest::keyClick(&grid, Qt::Key_F4);
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(memo(), nullptr);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    source.SetDataSet(&orders);
 }
 
 TEST(EditMasks, TheFieldsMaskLettersBecomeTheEditsOwn)
