@@ -84,4 +84,22 @@ private:
     TDataSet *lookupData() const;
 };
 
+// The same lists for the free-standing editor, which keeps its list settings in a column of
+// its own.
+class TQDBEditorPickList : public TQDBGridPickList
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE TQDBEditorPickList(qdb::TQDBGridEditor *editor, qdb::TQColumn *column);
+};
+
+class TQDBEditorDataList : public TQDBGridDataList
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE TQDBEditorDataList(qdb::TQDBGridEditor *editor, qdb::TQColumn *column);
+};
+
 } // namespace qdb

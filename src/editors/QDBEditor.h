@@ -180,6 +180,10 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     // Finds what was typed in the list; true when the key was used up.
     bool ProcessAutoComplete(QKeyEvent *event);
+    // Whether what is edited may change now (and, for data, is put into edit mode).
+    virtual bool CanEditModify();
+    // The value a list closed with goes where it belongs: in a grid, through the grid.
+    virtual void ApplyListValue(QObject *list, Variant &value, bool &accept);
 
 private:
     // A list made for one drop-down, that could not be shown.

@@ -1,5 +1,6 @@
 #include "QDBEditorTypes.h"
 
+#include "grid/QDBColumns.h"
 #include "platform/db/DataSet.h"
 
 namespace qdb {
@@ -16,6 +17,61 @@ TEditorStyle EditorStyleOf(TEditorButtonStyle style)
     case ebsNone: break;
     }
     return edsSimple;
+}
+
+bool KeyFieldsModifiable(const TQColumn *column)
+{
+    const TField *field = column->GetField();
+    const QStringList keys = column->GetKeyField().split(QLatin1Char(';'), Qt::SkipEmptyParts);
+    bool writable = !keys.isEmpty() && field && field->DataSet();
+    for (const QString &name : keys) {
+        const TField *key = writable ? field->DataSet()->FindField(name.trimmed()) : nullptr;
+        writable = key && key->CanModify();
+    }
+    return writable;
+}
+
+TEditorStyle ColumnEditorStyle(const TQColumn *column, bool dataWritable)
+{
+    if (!column)
+        return edsSimple;
+    const TEditorButtonStyle button = ToEditorButtonStyle(column->GetButtonStyle());
+    if (button != ebsAuto)
+        return EditorStyleOf(button);
+    const TField *field = column->GetField();
+    if (!field)
+        return edsSimple;
+    if (column->GetLookupColumn() != lcNotDefined) {
+        // A list only where the key it writes can be written.
+        const bool readOnlyColumn = column->AssignedValues().Contains(cvReadOnly) && column->GetReadOnly();
+        return KeyFieldsModifiable(column) && !readOnlyColumn && dataWritable ? edsDropDownList : edsSimple;
+    }
+    if (column->GetPickList()->Count() > 0 && !column->GetReadOnly())
+        return edsDropDownList;
+    if (CalendarActive(field) && !column->GetReadOnly())
+        return edsDropDownList;
+    if (field->DataType() == ftReference || field->DataType() == ftDataSet)
+        return edsEllipsis;
+    return edsSimple;
+}
+
+TEditorListKind EditorListKindOf(const TQColumn *column)
+{
+    if (!column)
+        return TEditorListKind::None;
+    switch (column->GetButtonStyle()) {
+    case cbsCalendar: return TEditorListKind::Calendar;
+    case cbsCalculator: return TEditorListKind::Calculator;
+    case cbsAuto: break;
+    default: return TEditorListKind::None;
+    }
+    if (column->GetLookupColumn() != lcNotDefined)
+        return TEditorListKind::Lookup;
+    if (column->GetPickList()->Count() > 0)
+        return TEditorListKind::Pick;
+    if (CalendarActive(column->GetField()))
+        return TEditorListKind::Calendar;
+    return TEditorListKind::None;
 }
 
 bool CalendarActive(const TField *field)

@@ -19,6 +19,9 @@ Q_ENUM_NS(TEditorStyle)
 // The free-standing editor's button; value for value the column's TQColumnButtonStyle.
 enum TEditorButtonStyle { ebsAuto, ebsEllipsis, ebsNone, ebsDropDown, ebsDropDownMenu, ebsCalendar, ebsCalculator };
 Q_ENUM_NS(TEditorButtonStyle)
+// Where an editor's caption label stands.
+enum TLabelPosition { lpAbove, lpBelow, lpLeft, lpRight };
+Q_ENUM_NS(TLabelPosition)
 
 } // namespace QDBEditorTypes
 using namespace QDBEditorTypes;
@@ -31,6 +34,19 @@ inline TEditorButtonStyle ToEditorButtonStyle(TQColumnButtonStyle style) { retur
 TEditorStyle EditorStyleOf(TEditorButtonStyle style);
 
 class TField;
+class TQColumn;
+
+// The editor a column's cells get, by the column's button style, field and lists. Lookup
+// lists need `dataWritable`: the data edited can be written at all (the control and its
+// data are not read-only).
+TEditorStyle ColumnEditorStyle(const TQColumn *column, bool dataWritable);
+
+// Which popup a column's button opens.
+enum class TEditorListKind { None, Lookup, Pick, Calendar, Calculator };
+TEditorListKind EditorListKindOf(const TQColumn *column);
+
+// Whether the key fields a lookup column writes can all be modified.
+bool KeyFieldsModifiable(const TQColumn *column);
 
 // Whether a field's values are picked from the popup calendar: dates and date-times; a time
 // of day alone is typed.

@@ -84,7 +84,7 @@ void TQDBGridEditor::UpdateContents()
     const bool typedValue = field && column_->GetLookupColumn() == lcNotDefined && !column_->PickTextActive();
     setMaxLength(typedValue && field->DataType() == ftString && field->Size() > 0 ? field->Size() : 32767);
     setInputMask(field ? InputMaskOf(field->EditMask()) : QString());
-    SetDropDownOnly(style == edsDropDownList && column_->GetPickOptions().Contains(poDropDownList));
+    SetDropDownOnly(style == edsDropDownList && column_ && column_->GetPickOptions().Contains(poDropDownList));
     UpdateEditorColor();
 }
 
@@ -126,6 +126,7 @@ void TQDBGridEditor::DropDown()
     popup_->FreeOnClose = true;
     try {
         popup_->DropDown();
+        selectAll(); // typing starts a new search in the list
     } catch (const Exception &e) {
         // The list's data could not be read: say so, and the cell stays editable by typing.
         dropDownFailed();
@@ -154,25 +155,38 @@ void TQDBGridEditor::ListCloseUp(QObject *list, bool &accept)
     TQDBInplaceEditor::ListCloseUp(list, accept);
     if (memo_ && list == memo_) {
         Variant text = memo_->Text();
-        if (grid_)
-            grid_->ListCloseUp(list, text, accept);
+        ApplyListValue(list, text, accept);
         memo_->deleteLater();
         memo_ = nullptr;
-        setFocus();
+        if (isVisible())
+            setFocus(Qt::PopupFocusReason);
         return;
     }
     if (!popup_ || list != popup_)
         return;
     Variant value = popup_->Value;
-    if (grid_)
-        grid_->ListCloseUp(list, value, accept);
+    ApplyListValue(list, value, accept);
     if (popup_ && popup_->FreeOnClose) {
         popup_->deleteLater();
         popup_ = nullptr;
     }
+    // The keys come back from the popup.
+    if (isVisible())
+        setFocus(Qt::PopupFocusReason);
     // A value taken with the mouse commits the cell as Return would.
     if (accept && autoClose_ && !closingByReturn_)
         QCoreApplication::postEvent(this, new QKeyEvent(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier));
+}
+
+bool TQDBGridEditor::CanEditModify()
+{
+    return grid_ ? grid_->CanEditModify() : !isReadOnly();
+}
+
+void TQDBGridEditor::ApplyListValue(QObject *list, Variant &value, bool &accept)
+{
+    if (grid_)
+        grid_->ListCloseUp(list, value, accept);
 }
 
 void TQDBGridEditor::EditButtonClick()
@@ -226,7 +240,7 @@ bool TQDBGridEditor::ProcessAutoComplete(QKeyEvent *event)
             setSelection(text().size(), -int(text().size()));
         lastKeyTime_ = now;
     }
-    if (grid_ && !grid_->CanEditModify())
+    if (!CanEditModify())
         return false;
     const bool typable = !isReadOnly();
     if (event->key() == Qt::Key_Backspace) {

@@ -125,4 +125,6 @@ QString TQDBGridDataList::ListText() const
     return result ? result->DisplayText() : QString();
 }
 
+TQDBEditorDataList::TQDBEditorDataList(TQDBGridEditor *editor, TQColumn *column) : TQDBGridDataList(editor, column) {}
+
 } // namespace qdb

@@ -152,4 +152,6 @@ QString TQDBGridPickList::ListText() const
     return current_ >= 0 ? texts_[current_] : QString();
 }
 
+TQDBEditorPickList::TQDBEditorPickList(TQDBGridEditor *editor, TQColumn *column) : TQDBGridPickList(editor, column) {}
+
 } // namespace qdb

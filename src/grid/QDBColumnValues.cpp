@@ -92,7 +92,7 @@ Variant TQColumn::lookupKeyOf(const QString &text) const
 QString TQColumn::lookupTextOf(const TField *f) const
 {
     TDataSet *lookup = GetLookupDataSet();
-    if (f->IsNull() || !lookup->Active())
+    if (f->IsNull() || !lookup->Active() || GetLookupResultField().isEmpty())
         return f->DisplayText();
     const Variant result = lookup->Lookup(GetLookupKeyField(), f->Value(), GetLookupResultField());
     return result.IsClear() ? f->DisplayText() : result.ToString();

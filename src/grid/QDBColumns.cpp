@@ -277,7 +277,9 @@ TQCustomDBGrid *TQColumn::GetGrid() const
 TField *TQColumn::GetField() const
 {
     TQCustomDBGrid *grid = GetGrid();
-    TDataSet *ds = grid ? grid->DataSet() : nullptr;
+    if (!grid)
+        return attached_;
+    TDataSet *ds = grid->DataSet();
     if (!ds || fieldName_.isEmpty())
         return nullptr;
     // The field found last serves while it lives in the same data set.

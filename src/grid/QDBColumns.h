@@ -601,6 +601,9 @@ public:
     bool GetMultiSelectList() const { return listOptions_.Contains(loMultiSelectList); }
     // The field a default width and caption are measured on.
     TField *MeasuredField() const;
+    // The field of a column that belongs to no grid: a free-standing editor keeps its list
+    // settings in such a column.
+    void AttachField(TField *field) { attached_ = field; }
 
 private:
     friend class TQColumnTitle;
@@ -645,6 +648,7 @@ private:
     QPointer<QMenu> dropDownMenu_;
     QPointer<QMenu> popupMenu_;
     QPointer<TDataSet> lookupDataSet_;
+    QPointer<TField> attached_;
     QString keyField_;
     QString lookupKeyField_;
     QString lookupResultField_;

@@ -27,18 +27,6 @@ bool TQCustomDBGrid::CanEditShow() const
 namespace {
 
 // A lookup cell writes its key fields, not the field it shows.
-bool keyFieldsModifiable(const TQColumn *column)
-{
-    const TField *field = column->GetField();
-    const QStringList keys = column->GetKeyField().split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    bool writable = !keys.isEmpty() && field && field->DataSet();
-    for (const QString &name : keys) {
-        const TField *key = writable ? field->DataSet()->FindField(name.trimmed()) : nullptr;
-        writable = key && key->CanModify();
-    }
-    return writable;
-}
-
 bool writesKeys(const TQColumn *column)
 {
     const TQLookupColumn kind = column->GetLookupColumn();
@@ -53,7 +41,7 @@ bool TQCustomDBGrid::cellModifiable() const
         return false;
     TQColumn *column = ColumnAt(Col());
     TField *field = column ? column->GetField() : nullptr;
-    if (!field || column->GetReadOnly() || !(writesKeys(column) ? keyFieldsModifiable(column) : field->CanModify()))
+    if (!field || column->GetReadOnly() || !(writesKeys(column) ? KeyFieldsModifiable(column) : field->CanModify()))
         return false;
     // Binary and long-text values have no text to type unless the application gives one;
     // a memo is typed into when the column says so.
@@ -97,30 +85,8 @@ TEditorStyle TQCustomDBGrid::GetEditorStyle(TQColumn *column) const
 {
     if (!column)
         column = ColumnAt(Col());
-    if (!column)
-        return edsSimple;
-    const TEditorButtonStyle button = ToEditorButtonStyle(column->GetButtonStyle());
-    if (button != ebsAuto)
-        return EditorStyleOf(button);
-    TField *field = column->GetField();
-    if (!field)
-        return edsSimple;
-    if (column->GetLookupColumn() != lcNotDefined) {
-        // A list only where the key it writes can be written.
-        bool writable = keyFieldsModifiable(column);
-        const bool readOnlyColumn = column->AssignedValues().Contains(cvReadOnly) && column->GetReadOnly();
-        writable = writable && !readOnlyColumn && !GetReadOnly() && DataLink()->Active() && !DataLink()->ReadOnly();
-        return writable ? edsDropDownList : edsSimple;
-    }
-    if (column->GetPickList()->Count() > 0 && !column->GetReadOnly())
-        return edsDropDownList;
-    if (CalendarActive(field) && !column->GetReadOnly())
-        return edsDropDownList;
-    if (field->DataType() == ftReference || field->DataType() == ftDataSet)
-        return edsEllipsis;
-    return edsSimple;
+    return ColumnEditorStyle(column, !GetReadOnly() && DataLink()->Active() && !DataLink()->ReadOnly());
 }
-
 
 QString TQCustomDBGrid::GetEditText(int col, int) const
 {
@@ -192,13 +158,11 @@ const QMetaObject *TQCustomDBGrid::GetEditorListClass(TQColumn *column) const
 {
     if (!column)
         column = ColumnAt(Col());
-    if (!column || column->GetButtonStyle() != cbsAuto)
-        return nullptr;
-    if (column->GetLookupColumn() != lcNotDefined)
-        return &TQDBGridDataList::staticMetaObject;
-    if (column->GetPickList()->Count() > 0)
-        return &TQDBGridPickList::staticMetaObject;
-    return nullptr;
+    switch (EditorListKindOf(column)) {
+    case TEditorListKind::Lookup: return &TQDBGridDataList::staticMetaObject;
+    case TEditorListKind::Pick: return &TQDBGridPickList::staticMetaObject;
+    default: return nullptr;
+    }
 }
 
 void TQCustomDBGrid::ListCloseUp(QObject *list, Variant &value, bool &accept)

@@ -2,6 +2,7 @@
 // the key reaches the database; typing finds customers in the database exactly where a walk
 // over the same rows finds them; a value the database refuses stays in the record.
 
+#include "editors/QDBDataEditor.h"
 #include "editors/QDBDataList.h"
 #include "editors/QDBEditor.h"
 #include "grid/QDBGrid.h"
@@ -157,6 +158,37 @@ TEST_P(CellEditorsSQL, AValueTheDatabaseRefusesStaysInTheRecord)
     EXPECT_EQ(orders.FieldByName(QStringLiteral("orderno"))->AsInteger(), 1);
     EXPECT_EQ(orders.FieldByName(QStringLiteral("status"))->AsString(), "D");
     EXPECT_EQ(stored(QStringLiteral("SELECT status FROM orders WHERE orderno = 1")), "A");
+}
+
+TEST_P(CellEditorsSQL, AnEditorOnAFormPicksTheCustomerAndTheStatus)
+{
+    TQDBEditor company;
+    company.SetDataSource(&source);
+    company.SetDataField(QStringLiteral("Company"));
+    TQDBEditor status;
+    status.SetDataSource(&source);
+    status.SetDataField(QStringLiteral("status"));
+    status.GetPickList()->SetText(QStringLiteral("A\nB\nC"));
+    status.GetPickText()->SetText(QStringLiteral("Active\nBlocked\nClosed"));
+    company.show();
+    status.show();
+    EXPECT_EQ(company.text(), "Acme");
+    EXPECT_EQ(status.text(), "Active");
+
+    company.setFocus();
+    QTest::keyClick(&company, Qt::Key_F4);
+    ASSERT_TRUE(company.PopupList() && company.PopupList()->Showing());
+    QTest::keyClicks(&company, QStringLiteral("umbre"));
+    EXPECT_EQ(company.text(), "Umbrella");
+    QTest::keyClick(&company, Qt::Key_Return);
+    status.selectAll();
+    QTest::keyClicks(&status, QStringLiteral("clo"));
+    QTest::keyClick(&status, Qt::Key_Return);
+    orders.Post();
+    EXPECT_EQ(stored(QStringLiteral("SELECT custno FROM orders WHERE orderno = 1")), "11");
+    EXPECT_EQ(stored(QStringLiteral("SELECT status FROM orders WHERE orderno = 1")), "C");
+    EXPECT_EQ(company.text(), "Umbrella");
+    EXPECT_EQ(status.text(), "Closed");
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, CellEditorsSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), BackendName);

@@ -1,0 +1,235 @@
+#pragma once
+
+// The free-standing editors: an edit box bound to a field of a data source (TQDBEditor), or
+// to a column of a grid (TQDBColumn), with the button, lists and keys of the cell editor.
+
+#include "QDBEditor.h"
+
+#include "grid/QDBGrid.h"
+#include "platform/db/DataSource.h"
+
+#include <QLabel>
+
+namespace qdb {
+
+// An editor bound to a field through a data link of its own. Without focus it shows the
+// field's display text, with focus the text it edits; both pass through DoGetText. What is
+// typed goes to the field on Return or when focus leaves, through DoSetText; a text the
+// field refuses is reported and stays in the editor. Esc gives back the field's value.
+class TQDBDataEditor : public TQDBGridEditor
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::TDataSource *DataSource READ GetDataSource WRITE SetDataSource)
+    Q_PROPERTY(QString DataField READ GetDataField WRITE SetDataField)
+    Q_PROPERTY(bool ReadOnly READ GetReadOnly WRITE SetReadOnly)
+
+public:
+    explicit TQDBDataEditor(QWidget *parent = nullptr);
+    ~TQDBDataEditor() override;
+
+    TDataSource *GetDataSource() const { return link_.DataSource(); }
+    void SetDataSource(TDataSource *source);
+    QString GetDataField() const { return link_.FieldName(); }
+    void SetDataField(const QString &name);
+    TField *Field() const { return link_.Field(); }
+    bool GetReadOnly() const { return readOnly_; }
+    void SetReadOnly(bool on);
+
+    // The text shown without focus, and the text edited.
+    QString GetText() const;
+    QString GetEditText() const;
+    // Writes a text to the field as if typed and confirmed; raises what the field raises.
+    void SetEditText(const QString &text);
+    // Writes what was typed to the field now; false, with the reason shown and the text
+    // kept, when the field refuses it.
+    bool UpdateRecord();
+
+    // Shows the field's value again, as the focus says.
+    virtual void DataRefresh();
+    virtual TAlignment DefaultAlignment() const;
+    virtual void DoGetText(QString &text, bool displayText);
+    virtual void DoSetText(QString &text);
+    virtual void FocusChanged(bool focused);
+    // The field's value as text to edit, before DoGetText.
+    virtual QString GetStoredText() const;
+    // The field's value as text to show, before DoGetText.
+    virtual QString GetStoredDisplayText() const;
+    // Whether the field sets no bound on the length of its text.
+    virtual bool GetUnlimited() const;
+    virtual void RecordChanged(TField *field);
+    // Takes bounds, mask and read-only state from the field again.
+    virtual void UpdateEditor();
+
+    TEditorGetTextEvent OnGetText;
+    TEditorSetTextEvent OnSetText;
+    TEditorListDropDownEvent OnListDropDown;
+    TEditorListCloseUpEvent OnListCloseUp;
+
+protected:
+    TFieldDataLink *DataLink() { return &link_; }
+    // The data can be written: the link is active and not read-only.
+    bool DataLinkWritable() const { return link_.Active() && !link_.ReadOnly(); }
+    // Puts the data set in edit mode; false where the field or the editor is read-only.
+    bool CanEditModify() override;
+    void ApplyListValue(QObject *list, Variant &value, bool &accept) override;
+    void ListDropDown(QObject *list) override;
+    // Stores a text the user confirmed; the custom editor maps list texts to values.
+    virtual void StoreText(const QString &text);
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    // Whether a key would change the text: typing, deleting, cutting, pasting, undoing.
+    static bool changesText(QKeyEvent *event);
+    void showValue();
+
+    TFieldDataLink link_;
+    bool readOnly_ = false;
+    bool focused_ = false;
+    bool startingEdit_ = false;
+};
+
+// The caption an editor carries with it.
+class TQDBEditorLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    explicit TQDBEditorLabel(QWidget *editor);
+};
+
+// An editor with a caption label that follows it: placed by LabelPosition and LabelSpacing
+// whenever the editor moves or resizes, shown with it while LabelVisible, enabled with it.
+class TQDBLabeledEditor : public TQDBDataEditor
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::QDBEditorTypes::TLabelPosition LabelPosition READ GetLabelPosition WRITE SetLabelPosition)
+    Q_PROPERTY(int LabelSpacing READ GetLabelSpacing WRITE SetLabelSpacing)
+    Q_PROPERTY(bool LabelVisible READ GetLabelVisible WRITE SetLabelVisible)
+
+public:
+    explicit TQDBLabeledEditor(QWidget *parent = nullptr);
+    ~TQDBLabeledEditor() override;
+
+    TQDBEditorLabel *EditorLabel() const { return label_; }
+    TLabelPosition GetLabelPosition() const { return labelPosition_; }
+    void SetLabelPosition(TLabelPosition position);
+    int GetLabelSpacing() const { return labelSpacing_; }
+    void SetLabelSpacing(int spacing);
+    bool GetLabelVisible() const { return labelVisible_; }
+    void SetLabelVisible(bool on);
+    // Puts the label beside the editor as the position and spacing say.
+    void PlaceLabel();
+
+protected:
+    virtual TQDBEditorLabel *CreateEditorLabel();
+    void moveEvent(QMoveEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void followEditor();
+
+    TQDBEditorLabel *label_ = nullptr;
+    TLabelPosition labelPosition_ = lpAbove;
+    int labelSpacing_ = 3;
+    bool labelVisible_ = false;
+};
+
+// An editor with lists of its own: a pick list, lookup settings, the button style. They are
+// kept in a column that belongs to no grid, so the lists work as a grid column's do.
+class TQDBCustomEditor : public TQDBLabeledEditor
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::QDBEditorTypes::TEditorButtonStyle ButtonStyle READ GetButtonStyle WRITE SetButtonStyle)
+    Q_PROPERTY(qdb::TStrings *PickList READ GetPickList)
+    Q_PROPERTY(qdb::TStrings *PickText READ GetPickText)
+    Q_PROPERTY(qdb::TDataSet *LookupDataSet READ GetLookupDataSet WRITE SetLookupDataSet)
+    Q_PROPERTY(QString KeyField READ GetKeyField WRITE SetKeyField)
+    Q_PROPERTY(QString LookupKeyField READ GetLookupKeyField WRITE SetLookupKeyField)
+    Q_PROPERTY(QString LookupResultField READ GetLookupResultField WRITE SetLookupResultField)
+    Q_PROPERTY(qdb::TStrings *LookupListFields READ GetLookupListFields)
+    Q_PROPERTY(int DropDownRows READ GetDropDownRows WRITE SetDropDownRows)
+
+public:
+    explicit TQDBCustomEditor(QWidget *parent = nullptr);
+    ~TQDBCustomEditor() override;
+
+    // The column holding the list settings.
+    TQColumn *Settings() const { return settings_; }
+    TEditorButtonStyle GetButtonStyle() const;
+    void SetButtonStyle(TEditorButtonStyle style);
+    TStrings *GetPickList() const;
+    TStrings *GetPickText() const;
+    TQPickOptions GetPickOptions() const;
+    void SetPickOptions(TQPickOptions options);
+    TQListOptions GetListOptions() const;
+    void SetListOptions(TQListOptions options);
+    TDataSet *GetLookupDataSet() const;
+    void SetLookupDataSet(TDataSet *dataSet);
+    QString GetKeyField() const;
+    void SetKeyField(const QString &name);
+    QString GetLookupKeyField() const;
+    void SetLookupKeyField(const QString &name);
+    QString GetLookupResultField() const;
+    void SetLookupResultField(const QString &name);
+    TStrings *GetLookupListFields() const;
+    int GetDropDownRows() const;
+    void SetDropDownRows(int rows);
+
+    TEditorStyle GetEditorStyle() const override;
+    const QMetaObject *GetEditorListClass() const override;
+
+protected:
+    QString GetStoredText() const override;
+    QString GetStoredDisplayText() const override;
+    void StoreText(const QString &text) override;
+    void UpdateEditor() override;
+
+private:
+    TQColumn *settings_;
+};
+
+// The free-standing data-aware editor.
+class TQDBEditor : public TQDBCustomEditor
+{
+    Q_OBJECT
+
+public:
+    explicit TQDBEditor(QWidget *parent = nullptr);
+};
+
+// An editor of one column of a grid: the grid's data source and the column's field, and
+// every list setting of the column.
+class TQDBColumn : public TQDBLabeledEditor
+{
+    Q_OBJECT
+    Q_PROPERTY(qdb::TQCustomDBGrid *DBGrid READ GetDBGrid WRITE SetDBGrid)
+    Q_PROPERTY(QString DataColumn READ GetDataColumn WRITE SetDataColumn)
+
+public:
+    explicit TQDBColumn(QWidget *parent = nullptr);
+
+    TQCustomDBGrid *GetDBGrid() const { return dbGrid_; }
+    void SetDBGrid(TQCustomDBGrid *grid);
+    QString GetDataColumn() const { return dataColumn_; }
+    void SetDataColumn(const QString &fieldName);
+    TEditorStyle GetEditorStyle() const override;
+    const QMetaObject *GetEditorListClass() const override;
+
+protected:
+    QString GetStoredText() const override;
+    QString GetStoredDisplayText() const override;
+    void StoreText(const QString &text) override;
+
+private:
+    void bind();
+
+    QPointer<TQCustomDBGrid> dbGrid_;
+    QString dataColumn_;
+};
+
+} // namespace qdb
