@@ -26,12 +26,7 @@ protected:
     void SetUp() override
     {
         RegisterDBTypes();
-        customers.FieldDefs().Add(QStringLiteral("ID"), ftInteger);
-        customers.FieldDefs().Add(QStringLiteral("Company"), ftString, 40);
-        customers.CreateDataSet();
-        for (const auto &[id, name] : {std::pair{1, "Acme"}, {2, "Globex"}, {3, "Initech"}, {4, "Globo Gym"}})
-            customers.AppendRecord({id, QString::fromLatin1(name)});
-        customers.First();
+        test::FillCustomers(customers, {"Acme", "Globex", "Initech", "Globo Gym"});
         test::AddField(orders, QStringLiteral("CustNo"), ftInteger);
         test::AddField(orders, QStringLiteral("Status"), ftString, 1);
         test::AddField(orders, QStringLiteral("Name"), ftString, 20);

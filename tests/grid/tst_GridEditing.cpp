@@ -21,10 +21,7 @@ protected:
     void SetUp() override
     {
         RegisterDBTypes();
-        customers.FieldDefs().Add(QStringLiteral("ID"), ftInteger);
-        customers.FieldDefs().Add(QStringLiteral("Company"), ftString, 40);
-        customers.CreateDataSet();
-        customers.AppendRecord({1, QStringLiteral("Acme")});
+        test::FillCustomers(customers, {"Acme"});
 
         const struct { const char *name; TFieldType type; } fields[] = {
             {"CustNo", ftInteger}, {"Name", ftString}, {"Notes", ftMemo}, {"Day", ftDate},

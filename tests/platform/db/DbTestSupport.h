@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <initializer_list>
 #include <memory>
 
 namespace qdb::test {
@@ -31,6 +32,18 @@ inline TField *AddLookupField(TDataSet &table, const QString &name, TDataSet *lo
     field->SetLookupKeyFields(lookupKey);
     field->SetLookupResultField(result);
     return field;
+}
+
+// Customers (ID, Company) with the given names, numbered from 1, the first current.
+inline void FillCustomers(TMemTable &customers, std::initializer_list<const char *> names)
+{
+    customers.FieldDefs().Add(QStringLiteral("ID"), ftInteger);
+    customers.FieldDefs().Add(QStringLiteral("Company"), ftString, 40);
+    customers.CreateDataSet();
+    int id = 0;
+    for (const char *name : names)
+        customers.AppendRecord({++id, QString::fromLatin1(name)});
+    customers.First();
 }
 
 // A table of orders: ID (auto-increment), Name, Qty, "Unit Price", OrderDate, Paid.
