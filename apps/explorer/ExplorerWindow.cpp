@@ -238,10 +238,9 @@ void ExplorerWindow::setUpLookup(TQColumn *column, const QString &table, const Q
         if (f->FieldName() != result && f->FieldName().compare(key, Qt::CaseInsensitive) != 0 && !f->IsBlob())
             shown << f->FieldName();
     }
-    // Listed in the order of what is shown, so that typing finds its way down the list.
-    lookup->Close();
+    // Listed in the order of what is shown, so that typing finds its way down the list; the
+    // open table takes the order without opening again.
     lookup->SetIndexFieldNames(result == key ? key : result + QLatin1Char(';') + key);
-    lookup->Open();
     column->SetLookupDataSet(lookup.get());
     column->SetKeyField(column->GetFieldName());
     column->SetLookupKeyField(key);
