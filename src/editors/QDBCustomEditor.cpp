@@ -88,6 +88,84 @@ void TQDBCustomEditor::SetDropDownRows(int rows)
     settings_->SetDropDownRows(rows);
 }
 
+void TQDBCustomEditor::SetPickTextFormat(const QString &format)
+{
+    settings_->SetPickTextFormat(format);
+    UpdateEditor();
+}
+
+void TQDBCustomEditor::SetDelimiterChar(const QString &delimiter)
+{
+    settings_->SetDelimiterChar(delimiter);
+    UpdateEditor();
+}
+
+void TQDBCustomEditor::SetDelimiterText(const QString &delimiter)
+{
+    settings_->SetDelimiterText(delimiter);
+    UpdateEditor();
+}
+
+int TQDBCustomEditor::GetPickIndex() const
+{
+    const TField *f = Field();
+    if (!f || f->IsNull())
+        return -1;
+    if (GetPickOptions().Contains(poStoreItemIndex)) {
+        const int index = f->AsInteger();
+        return index >= 0 && index < GetPickList()->Count() ? index : -1;
+    }
+    return GetPickList()->IndexOf(f->AsString());
+}
+
+void TQDBCustomEditor::SetPickIndex(int index)
+{
+    if (index < -1 || index >= GetPickList()->Count() || !CanEditModify())
+        return;
+    Variant value = Variant::Null();
+    if (index >= 0)
+        value = GetPickOptions().Contains(poStoreItemIndex) ? Variant(index) : Variant(GetPickList()->Get(index));
+    settings_->SetListValue(value);
+    DataRefresh();
+}
+
+bool TQDBCustomEditor::GetMultiSelectList() const
+{
+    return settings_->GetMultiSelectList();
+}
+
+void TQDBCustomEditor::DoGetItem(QString &text, bool display)
+{
+    text = settings_->ItemText(text, false);
+    const TQPickOptions options = GetPickOptions();
+    if (display && options.Contains(poFormatPickText) && !options.Contains(poFormatListOnly))
+        text = FormatText(text);
+}
+
+void TQDBCustomEditor::DoSetItem(QString &text)
+{
+    text = settings_->ItemValue(text);
+}
+
+QString TQDBCustomEditor::FormatText(const QString &text)
+{
+    return settings_->FormatText(text);
+}
+
+QString TQDBCustomEditor::GetDelimiter() const
+{
+    return settings_->GetDelimiter(TQColumn::ItemsFor::Editing);
+}
+
+QString TQDBCustomEditor::itemsText(bool display) const
+{
+    auto *self = const_cast<TQDBCustomEditor *>(this);
+    QStringList items = settings_->SplitItems(Field()->AsString());
+    for (QString &item : items)
+        self->DoGetItem(item, display);
+    return items.join(GetDelimiter());
+}
+
 TEditorStyle TQDBCustomEditor::GetEditorStyle() const
 {
     // Without a data source the lookup settings alone decide whether a list can be offered.
@@ -106,21 +184,34 @@ const QMetaObject *TQDBCustomEditor::GetEditorListClass() const
 
 QString TQDBCustomEditor::GetStoredText() const
 {
-    return Field() ? settings_->GetEditText() : QString();
+    if (!Field())
+        return {};
+    return GetMultiSelectList() ? itemsText(false) : settings_->GetEditText();
 }
 
 QString TQDBCustomEditor::GetStoredDisplayText() const
 {
-    return Field() ? settings_->GetDisplayText() : QString();
+    if (!Field())
+        return {};
+    return GetMultiSelectList() ? itemsText(true) : settings_->GetDisplayText();
 }
 
 void TQDBCustomEditor::StoreText(const QString &typed)
 {
     QString text = typed;
     DoSetText(text);
+    TField *f = Field();
+    if (!f)
+        return;
+    if (GetMultiSelectList()) {
+        QStringList items = settings_->SplitItems(text);
+        for (QString &item : items)
+            DoSetItem(item);
+        f->SetText(settings_->JoinItems(items, TQColumn::ItemsFor::Storing));
+        return;
+    }
     // Pick texts and lookup results become the values they stand for; others are refused.
-    if (Field())
-        settings_->SetEditText(text);
+    settings_->SetEditText(text);
 }
 
 void TQDBCustomEditor::UpdateEditor()

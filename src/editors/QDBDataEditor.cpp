@@ -210,6 +210,16 @@ void TQDBDataEditor::ApplyListValue(QObject *list, Variant &value, bool &accept)
     selectAll();
 }
 
+void TQDBDataEditor::EditButtonClick()
+{
+    if (OnEditButtonClick || (GetEditorStyle() == edsDropDownMenu && GetDropDownMenu())
+        || !EditsInMemo(GetColumn())) {
+        TQDBGridEditor::EditButtonClick();
+        return;
+    }
+    EditMemo();
+}
+
 void TQDBDataEditor::ListDropDown(QObject *list)
 {
     TQDBGridEditor::ListDropDown(list);

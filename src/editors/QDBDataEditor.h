@@ -59,6 +59,8 @@ public:
     virtual void RecordChanged(TField *field);
     // Takes bounds, mask and read-only state from the field again.
     virtual void UpdateEditor();
+    // Without a handler, the button of a text field opens its text in several lines.
+    void EditButtonClick() override;
 
     TEditorGetTextEvent OnGetText;
     TEditorSetTextEvent OnSetText;
@@ -152,7 +154,23 @@ class TQDBCustomEditor : public TQDBLabeledEditor
     Q_PROPERTY(QString LookupKeyField READ GetLookupKeyField WRITE SetLookupKeyField)
     Q_PROPERTY(QString LookupResultField READ GetLookupResultField WRITE SetLookupResultField)
     Q_PROPERTY(qdb::TStrings *LookupListFields READ GetLookupListFields)
+    Q_PROPERTY(QString LookupListTitles READ GetLookupListTitles WRITE SetLookupListTitles)
+    Q_PROPERTY(QString LookupListWidths READ GetLookupListWidths WRITE SetLookupListWidths)
+    Q_PROPERTY(qdb::QDBGridTypes::TQLookupColumn LookupColumn READ GetLookupColumn STORED false)
     Q_PROPERTY(int DropDownRows READ GetDropDownRows WRITE SetDropDownRows)
+    Q_PROPERTY(int DropDownWidth READ GetDropDownWidth WRITE SetDropDownWidth)
+    Q_PROPERTY(qdb::TQListOptions ListOptions READ GetListOptions WRITE SetListOptions)
+    Q_PROPERTY(qdb::TQPickOptions PickOptions READ GetPickOptions WRITE SetPickOptions)
+    Q_PROPERTY(QString PickTextFormat READ GetPickTextFormat WRITE SetPickTextFormat)
+    Q_PROPERTY(int PickIndex READ GetPickIndex WRITE SetPickIndex STORED false)
+    Q_PROPERTY(QString DelimiterChar READ GetDelimiterChar WRITE SetDelimiterChar)
+    Q_PROPERTY(bool DelimiterLine READ GetDelimiterLine WRITE SetDelimiterLine)
+    Q_PROPERTY(QString DelimiterText READ GetDelimiterText WRITE SetDelimiterText)
+    Q_PROPERTY(bool MultiSelectList READ GetMultiSelectList STORED false)
+    Q_PROPERTY(qdb::QDBGridTypes::TMultiSelectText MultiSelectText READ GetMultiSelectText WRITE SetMultiSelectText)
+    Q_PROPERTY(qdb::QDBGridTypes::TCalendarDepth CalendarDepth READ GetCalendarDepth WRITE SetCalendarDepth)
+    Q_PROPERTY(int ImageMargin READ ImageMargin WRITE SetImageMargin)
+    Q_PROPERTY(qdb::TImageList *Images READ Images WRITE SetImages)
 
 public:
     explicit TQDBCustomEditor(QWidget *parent = nullptr);
@@ -177,11 +195,44 @@ public:
     QString GetLookupResultField() const;
     void SetLookupResultField(const QString &name);
     TStrings *GetLookupListFields() const;
+    QString GetLookupListTitles() const { return settings_->GetLookupListTitles(); }
+    void SetLookupListTitles(const QString &titles) { settings_->SetLookupListTitles(titles); }
+    QString GetLookupListWidths() const { return settings_->GetLookupListWidths(); }
+    void SetLookupListWidths(const QString &widths) { settings_->SetLookupListWidths(widths); }
+    TQLookupColumn GetLookupColumn() const { return settings_->GetLookupColumn(); }
     int GetDropDownRows() const;
     void SetDropDownRows(int rows);
+    int GetDropDownWidth() const { return settings_->GetDropDownWidth(); }
+    void SetDropDownWidth(int width) { settings_->SetDropDownWidth(width); }
+    QString GetPickTextFormat() const { return settings_->GetPickTextFormat(); }
+    void SetPickTextFormat(const QString &format);
+    // The pick list item of the field's value, -1 for none; setting it stores that item.
+    int GetPickIndex() const;
+    void SetPickIndex(int index);
+    QString GetDelimiterChar() const { return settings_->GetDelimiterChar(); }
+    void SetDelimiterChar(const QString &delimiter);
+    bool GetDelimiterLine() const { return settings_->GetDelimiterLine(); }
+    void SetDelimiterLine(bool on) { settings_->SetDelimiterLine(on); }
+    QString GetDelimiterText() const { return settings_->GetDelimiterText(); }
+    void SetDelimiterText(const QString &delimiter);
+    TMultiSelectText GetMultiSelectText() const { return settings_->GetMultiSelectText(); }
+    void SetMultiSelectText(TMultiSelectText value) { settings_->SetMultiSelectText(value); }
+    TCalendarDepth GetCalendarDepth() const { return settings_->GetCalendarDepth(); }
+    void SetCalendarDepth(TCalendarDepth depth) { settings_->SetCalendarDepth(depth); }
 
     TEditorStyle GetEditorStyle() const override;
     const QMetaObject *GetEditorListClass() const override;
+
+    // Whether the field holds several values of the pick list, ticked in its list.
+    virtual bool GetMultiSelectList() const;
+    // One stored item as shown (display) or edited: its pick text, formatted for display.
+    virtual void DoGetItem(QString &text, bool display);
+    // One typed item as the value stored.
+    virtual void DoSetItem(QString &text);
+    // A pick text as PickTextFormat shows it.
+    virtual QString FormatText(const QString &text);
+    // What stands between the items as they are typed.
+    virtual QString GetDelimiter() const;
 
 protected:
     QString GetStoredText() const override;
@@ -190,6 +241,9 @@ protected:
     void UpdateEditor() override;
 
 private:
+    // The field's items as shown or edited.
+    QString itemsText(bool display) const;
+
     TQColumn *settings_;
 };
 

@@ -31,7 +31,9 @@ private:
 };
 
 // A column's pick list: PickList holds the values stored, PickText (when the options select
-// it) the texts shown for them.
+// it) the texts shown for them. A column of several values ticks its items instead, and
+// stores those ticked joined by its delimiter. With loIncrementalList typing narrows the list
+// to the items that begin with what is typed.
 class TQDBGridPickList : public TQDBGridDropDownList
 {
     Q_OBJECT
@@ -55,11 +57,17 @@ private:
     void load();
     // The position of the item among those shown.
     int shownAt(int item) const { return int(order_.indexOf(item)); }
+    // Shows the items of sorted that begin with prefix (all of them for an empty prefix).
+    void showItems(const QString &prefix);
+    // The items whose values the cell's value of several holds.
+    QList<int> tickedItems() const;
 
     TQDBPickData data_;
     QStringList texts_;
-    QList<int> order_; // shown position -> item
+    QList<int> sorted_; // every item, in the order listed
+    QList<int> order_;  // shown position -> item
     int current_ = -1;
+    bool multi_ = false;
 };
 
 // A lookup list: the records of the lookup data set with their list fields as columns; the

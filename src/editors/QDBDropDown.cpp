@@ -4,11 +4,15 @@
 
 #include "QDBEditor.h"
 
+#include "grid/QDBGridPrivate.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QPainter>
 #include <QScrollBar>
+#include <QStyleOptionButton>
 
 namespace qdb {
 
@@ -33,6 +37,93 @@ TQDBPopupList::~TQDBPopupList()
 {
     // The grid lets go of the source before the source goes.
     SetDataSource(nullptr);
+}
+
+void TQDBPopupList::SetCheckList(bool on)
+{
+    checkList_ = on;
+    const TQDBGridOptions ticks{dgMultiSelect, dgIndicator};
+    SetOptions(on ? GetOptions() + ticks : GetOptions() - ticks);
+    if (on)
+        SetMultiSelect(msRows);
+}
+
+void TQDBPopupList::ToggleCheck()
+{
+    TDataSet *ds = DataSet();
+    if (!checkList_ || !ds || !ds->Active() || ds->IsEmpty())
+        return;
+    SelectedRows().SetCurrentRowSelected(!SelectedRows().CurrentRowSelected());
+    InvalidateGrid();
+}
+
+bool TQDBPopupList::moveChecked(int key, bool ctrl)
+{
+    // Moving through a list of ticks keeps them: only a click or Space turns one.
+    TDataSet *ds = DataSet();
+    if (!ds || !ds->Active())
+        return false;
+    const int page = qMax(1, VisibleRowCount());
+    switch (key) {
+    case Qt::Key_Up: MoveBy(-1); return true;
+    case Qt::Key_Down: MoveBy(1); return true;
+    case Qt::Key_PageUp: MoveBy(-page); return true;
+    case Qt::Key_PageDown: MoveBy(page); return true;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        if (!ctrl)
+            return false;
+        if (key == Qt::Key_Home)
+            ds->First();
+        else
+            ds->Last();
+        return true;
+    default: return false;
+    }
+}
+
+void TQDBPopupList::DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state)
+{
+    const int record = row - TitleOffset();
+    TQGridDataLink *link = DataLink();
+    if (!checkList_ || col >= IndicatorOffset() || record < 0 || !link->Active() || record >= link->RecordCount()
+        || DataSet()->IsEmpty()) {
+        TQCustomDBGrid::DrawCell(painter, col, row, rect, state);
+        return;
+    }
+    painter.fillRect(rect, CellColor());
+    bool ticked = false;
+    {
+        const ActiveRecordScope scope(*link, record);
+        ticked = SelectedRows().CurrentRowSelected();
+    }
+    QStyleOptionButton box;
+    box.initFrom(this);
+    const int w = style()->pixelMetric(QStyle::PM_IndicatorWidth, &box, this);
+    const int h = style()->pixelMetric(QStyle::PM_IndicatorHeight, &box, this);
+    box.rect = QRect(rect.x() + (rect.width() - w) / 2, rect.y() + (rect.height() - h) / 2, w, h);
+    box.state = (box.state & ~QStyle::State_HasFocus) | (ticked ? QStyle::State_On : QStyle::State_Off);
+    style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, this);
+}
+
+void TQDBPopupList::mousePressEvent(QMouseEvent *event)
+{
+    if (!checkList_ || event->button() != Qt::LeftButton) {
+        TQCustomDBGrid::mousePressEvent(event);
+        return;
+    }
+    // A click ticks the row it lands on and leaves the others as they are.
+    const QPoint at = event->position().toPoint();
+    const QPoint cell = MouseCoord(at.x(), at.y());
+    TQGridDataLink *link = DataLink();
+    const int record = cell.y() - TitleOffset();
+    if (!rect().contains(at) || record < 0 || !link->Active() || record >= link->RecordCount()) {
+        TQCustomDBGrid::mousePressEvent(event);
+        return;
+    }
+    DataSet()->MoveBy(record - link->ActiveRecord());
+    ToggleCheck();
+    event->accept();
 }
 
 void TQDBPopupList::CloseUp(bool accept)
@@ -109,6 +200,8 @@ void TQDBPopupList::KeyDown(QKeyEvent *event)
     const Qt::KeyboardModifiers shift = event->modifiers();
     const bool alt = shift.testFlag(Qt::AltModifier);
     const bool ctrl = shift.testFlag(Qt::ControlModifier);
+    if (checkList_ && !alt && moveChecked(key, ctrl))
+        return;
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -144,6 +237,12 @@ void TQDBPopupList::KeyDown(QKeyEvent *event)
             return;
         }
         break;
+    case Qt::Key_Space:
+        if (checkList_ && shift == Qt::NoModifier) {
+            ToggleCheck();
+            return;
+        }
+        break;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
         CloseUp(false);
@@ -161,7 +260,8 @@ void TQDBPopupList::mouseReleaseEvent(QMouseEvent *event)
     const QPoint at = event->position().toPoint();
     const QPoint cell = MouseCoord(at.x(), at.y());
     TQCustomDBGrid::mouseReleaseEvent(event);
-    if (event->button() == Qt::LeftButton && rect().contains(at) && cell.y() >= FixedRows())
+    // Ticking rows takes several clicks; Return takes them.
+    if (!checkList_ && event->button() == Qt::LeftButton && rect().contains(at) && cell.y() >= FixedRows())
         CloseUp(true);
 }
 

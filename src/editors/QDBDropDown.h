@@ -38,6 +38,13 @@ public:
     // moved sideways to stay on the screen.
     void PlaceUnder(const QRect &anchor);
 
+    // A list of ticks: each row carries a check box (its row selection) that a click or
+    // Space turns, and Return takes every ticked row.
+    void SetCheckList(bool on);
+    bool CheckList() const { return checkList_; }
+    // Ticks or clears the current row.
+    void ToggleCheck();
+
     bool IsOpen() const { return open_; }
     QWidget *EditBox() const { return editBox_; }
     TDataSource *ListSource() { return &source_; }
@@ -47,14 +54,19 @@ public:
 
 protected:
     void KeyDown(QKeyEvent *event) override;
+    void DrawCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private:
+    // Moves in a list of ticks; true when the key was a move.
+    bool moveChecked(int key, bool ctrl);
+
     QPointer<QWidget> editBox_;
     TDataSource source_;
     bool open_ = false;
-    bool pressedInside_ = false;
+    bool checkList_ = false;
 };
 
 // One drop-down of an editor: made when the list opens, bound to the editor and the column

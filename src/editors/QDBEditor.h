@@ -184,6 +184,8 @@ protected:
     virtual bool CanEditModify();
     // The value a list closed with goes where it belongs: in a grid, through the grid.
     virtual void ApplyListValue(QObject *list, Variant &value, bool &accept);
+    // The edit's menu, whose cutting, pasting and undoing start the edit as their keys do.
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
     // A list made for one drop-down, that could not be shown.

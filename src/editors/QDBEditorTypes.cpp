@@ -1,5 +1,8 @@
 #include "QDBEditorTypes.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "grid/QDBColumns.h"
 #include "platform/db/DataSet.h"
 
@@ -72,6 +75,14 @@ TEditorListKind EditorListKindOf(const TQColumn *column)
     if (CalendarActive(column->GetField()))
         return TEditorListKind::Calendar;
     return TEditorListKind::None;
+}
+
+bool EditsInMemo(const TQColumn *column)
+{
+    static constexpr TFieldType texts[] = {ftString, ftWideString, ftFixedChar, ftMemo, ftFmtMemo, ftWideMemo};
+    const TField *field = column ? column->GetField() : nullptr;
+    return field && column->GetEditMemo()
+        && std::find(std::begin(texts), std::end(texts), field->DataType()) != std::end(texts);
 }
 
 bool CalendarActive(const TField *field)

@@ -48,6 +48,10 @@ TEditorListKind EditorListKindOf(const TQColumn *column);
 // Whether the key fields a lookup column writes can all be modified.
 bool KeyFieldsModifiable(const TQColumn *column);
 
+// Whether the column's text opens in the multi-line popup from its button: a text or memo
+// field of a column that edits memos.
+bool EditsInMemo(const TQColumn *column);
+
 // Whether a field's values are picked from the popup calendar: dates and date-times; a time
 // of day alone is typed.
 bool CalendarActive(const TField *field);

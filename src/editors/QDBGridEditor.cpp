@@ -10,8 +10,12 @@
 #include "platform/rtl/Exceptions.h"
 #include "platform/rtl/TickCount.h"
 
+#include <QClipboard>
+#include <QContextMenuEvent>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 
 #include <memory>
 
@@ -51,7 +55,7 @@ TQDBMemoPopup *TQDBGridEditor::MemoPopup() const
 
 void TQDBGridEditor::EditMemo()
 {
-    if (ListVisible() || popup_ || memo_ || !grid_ || !column_ || !column_->GetField())
+    if (ListVisible() || popup_ || memo_ || !column_ || !column_->GetField())
         return;
     memo_ = new TQDBMemoPopup(this);
     memo_->OnCloseUp = [this](TQDBMemoPopup *memo, bool accept) { ListCloseUp(memo, accept); };
@@ -187,6 +191,42 @@ void TQDBGridEditor::ApplyListValue(QObject *list, Variant &value, bool &accept)
 {
     if (grid_)
         grid_->ListCloseUp(list, value, accept);
+}
+
+void TQDBGridEditor::contextMenuEvent(QContextMenuEvent *event)
+{
+    // The edit's usual menu, made here so that what changes the text starts the edit first.
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool writable = !isReadOnly();
+    const bool selected = hasSelectedText() && echoMode() == QLineEdit::Normal;
+    const auto add = [&](const char *name, const char *caption, QKeySequence::StandardKey keys, bool enabled,
+                         const std::function<void()> &act, bool changes) {
+        QString text = QCoreApplication::translate("QLineEdit", caption);
+        const QString shortcut = QKeySequence(keys).toString(QKeySequence::NativeText);
+        if (!shortcut.isEmpty())
+            text += QLatin1Char('\t') + shortcut;
+        QAction *action = menu->addAction(text);
+        action->setObjectName(QLatin1String(name));
+        action->setEnabled(enabled);
+        connect(action, &QAction::triggered, this, [this, act, changes] {
+            if (!changes || CanEditModify())
+                act();
+        });
+    };
+    add("edit-undo", "&Undo", QKeySequence::Undo, writable && isUndoAvailable(), [this] { undo(); }, true);
+    add("edit-redo", "&Redo", QKeySequence::Redo, writable && isRedoAvailable(), [this] { redo(); }, true);
+    menu->addSeparator();
+    add("edit-cut", "Cu&t", QKeySequence::Cut, writable && selected, [this] { cut(); }, true);
+    add("edit-copy", "&Copy", QKeySequence::Copy, selected, [this] { copy(); }, false);
+    add("edit-paste", "&Paste", QKeySequence::Paste,
+        writable && !QGuiApplication::clipboard()->text().isEmpty(), [this] { paste(); }, true);
+    add("edit-delete", "Delete", QKeySequence::UnknownKey, writable && hasSelectedText(), [this] { del(); }, true);
+    menu->addSeparator();
+    add("select-all", "Select All", QKeySequence::SelectAll, !text().isEmpty() && selectedText() != text(),
+        [this] { selectAll(); }, false);
+    menu->popup(event->globalPos());
+    event->accept();
 }
 
 void TQDBGridEditor::EditButtonClick()

@@ -61,13 +61,15 @@ void TQDBGridPickList::load()
         const QString text = pickText && i < shown->Count() ? shown->Get(i) : values->Get(i);
         texts_ << (options.Contains(poFormatPickText) ? column->FormatText(text) : text);
     }
-    order_.clear();
+    sorted_.clear();
     for (int i = 0; i < texts_.size(); ++i)
-        order_ << i;
+        sorted_ << i;
     if (options.Contains(poSortedByText))
-        std::stable_sort(order_.begin(), order_.end(),
+        std::stable_sort(sorted_.begin(), sorted_.end(),
                          [this](int a, int b) { return texts_[a].localeAwareCompare(texts_[b]) < 0; });
-    current_ = CurrentItem();
+    order_ = sorted_;
+    multi_ = column->GetMultiSelectList();
+    current_ = multi_ ? -1 : CurrentItem();
 }
 
 int TQDBGridPickList::CurrentItem() const
@@ -83,6 +85,23 @@ int TQDBGridPickList::CurrentItem() const
     return column->GetPickList()->IndexOf(field->AsString());
 }
 
+QList<int> TQDBGridPickList::tickedItems() const
+{
+    TQColumn *column = Column();
+    TField *field = column ? column->GetField() : nullptr;
+    QList<int> ticked;
+    if (!field)
+        return ticked;
+    const bool byIndex = column->GetPickOptions().Contains(poStoreItemIndex);
+    for (const QString &value : column->SplitItems(field->AsString())) {
+        bool number = true;
+        const int item = byIndex ? value.toInt(&number) : column->GetPickList()->IndexOf(value);
+        if (number && item >= 0 && item < texts_.size())
+            ticked << item;
+    }
+    return ticked;
+}
+
 Variant TQDBGridPickList::ItemValue(int item) const
 {
     TQColumn *column = Column();
@@ -93,13 +112,39 @@ Variant TQDBGridPickList::ItemValue(int item) const
     return Variant(column->GetPickList()->Get(item));
 }
 
-void TQDBGridPickList::DoDropDown()
+void TQDBGridPickList::showItems(const QString &prefix)
 {
+    order_.clear();
+    for (int item : sorted_)
+        if (texts_[item].startsWith(prefix, Qt::CaseInsensitive))
+            order_ << item;
     QStringList shown;
     for (int item : order_)
         shown << texts_[item];
     data_.SetItems(shown);
-    Popup()->ListSource()->SetDataSet(&data_);
+}
+
+void TQDBGridPickList::DoDropDown()
+{
+    showItems(QString());
+    TQDBPopupList *popup = Popup();
+    popup->ListSource()->SetDataSet(&data_);
+    if (multi_) {
+        popup->SetCheckList(true);
+        const QList<int> ticked = tickedItems();
+        for (int item : ticked) {
+            data_.SetItemIndex(shownAt(item));
+            popup->SelectedRows().SetCurrentRowSelected(true);
+        }
+        int first = 0;
+        if (!ticked.isEmpty()) {
+            first = shownAt(ticked.front());
+            for (int item : ticked)
+                first = qMin(first, shownAt(item));
+        }
+        data_.SetItemIndex(first);
+        return;
+    }
     if (current_ >= 0)
         data_.SetItemIndex(shownAt(current_));
 }
@@ -108,14 +153,48 @@ void TQDBGridPickList::DoCloseUp(bool accept)
 {
     if (!accept)
         return;
-    const int at = data_.ItemIndex();
-    if (at >= 0 && at < order_.size())
-        current_ = order_[at];
-    Value = ItemValue(current_);
+    if (!multi_) {
+        const int at = data_.ItemIndex();
+        if (at >= 0 && at < order_.size())
+            current_ = order_[at];
+        Value = ItemValue(current_);
+        return;
+    }
+    TQColumn *column = Column();
+    TQDBPopupList *popup = Popup();
+    QList<int> ticked;
+    for (int at = 0; at < order_.size(); ++at) {
+        data_.SetItemIndex(at);
+        if (popup->SelectedRows().CurrentRowSelected())
+            ticked << order_[at];
+    }
+    std::sort(ticked.begin(), ticked.end());
+    QStringList values;
+    for (int item : ticked)
+        values << ItemValue(item).ToString();
+    // Values the list does not hold were typed; ticking others keeps them.
+    TField *field = column->GetField();
+    const bool byIndex = column->GetPickOptions().Contains(poStoreItemIndex);
+    for (const QString &value : column->SplitItems(field ? field->AsString() : QString()))
+        if (!byIndex && column->GetPickList()->IndexOf(value) < 0)
+            values << value;
+    Value = values.isEmpty() ? Variant::Null() : Variant(column->JoinItems(values, TQColumn::ItemsFor::Storing));
 }
 
 bool TQDBGridPickList::SelectListItem(const QString &text, QString &itemText)
 {
+    // The ticks of a list of several are the user's; typing does not pick for them.
+    if (multi_)
+        return false;
+    if (ListOptions().Contains(loIncrementalList) && Showing()) {
+        showItems(text);
+        if (order_.isEmpty())
+            return false;
+        current_ = order_.front();
+        itemText = texts_[current_];
+        data_.SetItemIndex(0);
+        return true;
+    }
     for (int at = 0; at < order_.size(); ++at) {
         const QString &candidate = texts_[order_[at]];
         if (!candidate.startsWith(text, Qt::CaseInsensitive))
@@ -132,7 +211,7 @@ bool TQDBGridPickList::SelectListItem(const QString &text, QString &itemText)
 bool TQDBGridPickList::SelectNextItem(bool forward, bool cycle, QString &itemText)
 {
     const int count = int(order_.size());
-    if (count == 0)
+    if (count == 0 || multi_)
         return false;
     int at = current_ >= 0 ? shownAt(current_) + (forward ? 1 : -1) : (forward ? 0 : count - 1);
     if (at < 0 || at >= count) {

@@ -27,7 +27,9 @@ QString TQColumn::GetDisplayText() const
         return {};
     if (GetLookupColumn() == lcLookupValueField)
         return lookupTextOf(f);
-    return PickTextActive() ? pickTextOf(f) : f->DisplayText();
+    if (GetMultiSelectList())
+        return itemsTextOf(f, true);
+    return pickList_->Count() > 0 && !f->IsNull() ? pickTextOf(f, true) : f->DisplayText();
 }
 
 QString TQColumn::GetEditText() const
@@ -37,7 +39,9 @@ QString TQColumn::GetEditText() const
         return {};
     if (GetLookupColumn() == lcLookupValueField)
         return lookupTextOf(f);
-    return PickTextActive() ? pickTextOf(f) : f->Text();
+    if (GetMultiSelectList())
+        return itemsTextOf(f, false);
+    return PickTextActive() ? pickTextOf(f, false) : f->Text();
 }
 
 bool TQColumn::PickTextActive() const
@@ -45,12 +49,104 @@ bool TQColumn::PickTextActive() const
     return pickOptions_.Contains(poSelectPickText) && pickText_->Count() > 0;
 }
 
-QString TQColumn::pickTextOf(const TField *f) const
+QString TQColumn::pickTextOf(const TField *f, bool display) const
 {
-    const int item = pickOptions_.Contains(poStoreItemIndex) ? (f->IsNull() ? -1 : f->AsInteger())
-                                                               : pickList_->IndexOf(f->AsString());
-    // A value outside the list shows as it is.
-    return item >= 0 && item < pickText_->Count() ? pickText_->Get(item) : f->DisplayText();
+    const QString shown = ItemText(f->AsString(), display);
+    // A value shown as itself keeps the field's own formatting.
+    if (shown == f->AsString())
+        return display ? f->DisplayText() : f->Text();
+    return shown;
+}
+
+QString TQColumn::itemsTextOf(const TField *f, bool display) const
+{
+    QStringList items = SplitItems(f->AsString());
+    for (QString &item : items)
+        item = ItemText(item, display);
+    return JoinItems(items, display ? ItemsFor::Display : ItemsFor::Editing);
+}
+
+QString TQColumn::GetDelimiter(ItemsFor use) const
+{
+    if (use == ItemsFor::Display && delimiterLine_)
+        return QStringLiteral("\n");
+    if (use != ItemsFor::Storing && !delimiterText_.isEmpty())
+        return delimiterText_;
+    return delimiterChar_.isEmpty() ? QStringLiteral(",") : delimiterChar_;
+}
+
+QStringList TQColumn::SplitItems(const QString &text) const
+{
+    QString unified = text;
+    unified.replace(QLatin1Char('\n'), GetDelimiter(ItemsFor::Storing));
+    if (!delimiterText_.isEmpty())
+        unified.replace(delimiterText_, GetDelimiter(ItemsFor::Storing));
+    QStringList items;
+    for (const QString &item : unified.split(GetDelimiter(ItemsFor::Storing))) {
+        const QString trimmed = item.trimmed();
+        if (!trimmed.isEmpty())
+            items << trimmed;
+    }
+    return items;
+}
+
+QString TQColumn::JoinItems(const QStringList &items, ItemsFor use) const
+{
+    return items.join(GetDelimiter(use));
+}
+
+QString TQColumn::FitItems(const QString &shown, const QFontMetrics &metrics, int width) const
+{
+    if (metrics.horizontalAdvance(shown) <= width)
+        return shown;
+    const QString delimiter = GetDelimiter(ItemsFor::Display);
+    const QString ellipsis(QChar(0x2026));
+    const QStringList items = shown.split(delimiter);
+    QString fitted;
+    for (const QString &item : items) {
+        const QString longer = fitted.isEmpty() ? item : fitted + delimiter + item;
+        if (metrics.horizontalAdvance(longer + delimiter + ellipsis) > width)
+            break;
+        fitted = longer;
+    }
+    // Not even one item fits whole: the painter cuts the text as any other.
+    return fitted.isEmpty() ? shown : fitted + delimiter + ellipsis;
+}
+
+QString TQColumn::ItemText(const QString &value, bool display) const
+{
+    const int item = pickOptions_.Contains(poStoreItemIndex) ? value.toInt() : pickList_->IndexOf(value);
+    const bool known = pickOptions_.Contains(poStoreItemIndex) ? !value.isEmpty() && item >= 0 && item < pickList_->Count()
+                                                               : item >= 0;
+    if (!known)
+        return value; // a value outside the list shows as it is
+    QString text = PickTextActive() && item < pickText_->Count() ? pickText_->Get(item) : pickList_->Get(item);
+    if (display && pickOptions_.Contains(poFormatPickText) && !pickOptions_.Contains(poFormatListOnly))
+        text = FormatText(text);
+    return text;
+}
+
+QString TQColumn::ItemValue(const QString &text) const
+{
+    const auto valueOf = [this](int item) {
+        return pickOptions_.Contains(poStoreItemIndex) ? QString::number(item) : pickList_->Get(item);
+    };
+    if (pickList_->Count() == 0 || text.isEmpty())
+        return text;
+    int item = (PickTextActive() ? pickText_ : pickList_)->IndexOf(text);
+    if (item < 0 && PickTextActive() && pickOptions_.Contains(poAcceptPickList))
+        item = pickList_->IndexOf(text);
+    if (item < 0 && pickOptions_.Contains(poAcceptItemIndex)) {
+        bool number = false;
+        const int typed = text.toInt(&number);
+        if (number && typed >= 0 && typed < pickList_->Count())
+            item = typed;
+    }
+    if (item >= 0)
+        return valueOf(item);
+    if (pickOptions_.Contains(poListItemsOnly))
+        notInList(text);
+    return text;
 }
 
 void TQColumn::SetEditText(const QString &text)
@@ -63,17 +159,14 @@ void TQColumn::SetEditText(const QString &text)
         SetListValue(text.isEmpty() ? Variant::Null() : lookupKeyOf(text));
         return;
     }
-    if (pickList_->Count() > 0) {
-        const TStrings *shown = PickTextActive() ? pickText_ : pickList_;
-        const int item = text.isEmpty() ? -1 : shown->IndexOf(text);
-        if (item >= 0) {
-            SetListValue(pickOptions_.Contains(poStoreItemIndex) ? Variant(item) : Variant(pickList_->Get(item)));
-            return;
-        }
-        if (!text.isEmpty() && pickOptions_.Contains(poListItemsOnly))
-            notInList(text);
+    if (GetMultiSelectList()) {
+        QStringList values = SplitItems(text);
+        for (QString &value : values)
+            value = ItemValue(value);
+        f->SetText(JoinItems(values, ItemsFor::Storing));
+        return;
     }
-    f->SetText(text);
+    f->SetText(ItemValue(text));
 }
 
 Variant TQColumn::lookupKeyOf(const QString &text) const

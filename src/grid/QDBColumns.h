@@ -599,6 +599,23 @@ public:
     TQLookupColumn GetLookupColumn() const;
     // Whether the column's value is a list of several picked values (its editor ticks them).
     bool GetMultiSelectList() const { return listOptions_.Contains(loMultiSelectList); }
+    // The items of a value of several: split at DelimiterChar, DelimiterText or line ends,
+    // without the blanks around them.
+    QStringList SplitItems(const QString &text) const;
+    // Items joined as stored (by DelimiterChar), as typed (by DelimiterText when set) or as
+    // shown (one per line with DelimiterLine).
+    enum class ItemsFor { Storing, Editing, Display };
+    QString JoinItems(const QStringList &items, ItemsFor use) const;
+    QString GetDelimiter(ItemsFor use) const;
+    // Shown items cut after the last whole item that fits, with an ellipsis for the rest.
+    QString FitItems(const QString &shown, const QFontMetrics &metrics, int width) const;
+    // One stored value as the cell shows it (display) or as it is typed: its pick text, and
+    // through PickTextFormat where the options format the cell too.
+    QString ItemText(const QString &value, bool display) const;
+    // A typed item as the value stored: the value of its pick text, or with the options
+    // accepting them a PickList value or an item number. Text that names no item is refused
+    // with poListItemsOnly.
+    QString ItemValue(const QString &text) const;
     // The field a default width and caption are measured on.
     TField *MeasuredField() const;
     // The field of a column that belongs to no grid: a free-standing editor keeps its list
@@ -608,7 +625,9 @@ public:
 private:
     friend class TQColumnTitle;
     void changed();
-    QString pickTextOf(const TField *f) const;
+    QString pickTextOf(const TField *f, bool display) const;
+    // The value of several items as shown or typed.
+    QString itemsTextOf(const TField *f, bool display) const;
     // The key of the lookup record whose result is the text; refused when there is none.
     Variant lookupKeyOf(const QString &text) const;
     // What a column that holds a key shows for it: the lookup record's result, or the key

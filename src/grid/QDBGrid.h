@@ -612,9 +612,10 @@ protected:
     // The grid's private deferred update, posted to itself on activation.
     static constexpr QEvent::Type DeferredUpdateEvent = QEvent::Type(QEvent::User + 0xB030);
 
+    void mousePressEvent(QMouseEvent *event) override;
+
 private:
     void keyPressEvent(QKeyEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
     void drawIndicatorCell(QPainter &painter, int row, const QRect &rect);
     void drawDataCell(QPainter &painter, int col, int row, const QRect &rect, TGridDrawState state);
     void drawTotalCell(QPainter &painter, int col, int row, const QRect &rect);

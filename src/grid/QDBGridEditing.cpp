@@ -192,10 +192,7 @@ void TQCustomDBGrid::EditButtonClick()
         return;
     }
     // Without a handler, the button of a text column opens the whole text in several lines.
-    TQColumn *column = ColumnAt(Col());
-    TField *field = column ? column->GetField() : nullptr;
-    static constexpr TFieldType texts[] = {ftString, ftWideString, ftFixedChar, ftMemo, ftFmtMemo, ftWideMemo};
-    if (!field || !column->GetEditMemo() || std::find(std::begin(texts), std::end(texts), field->DataType()) == std::end(texts))
+    if (!EditsInMemo(ColumnAt(Col())))
         return;
     if (auto *editor = qobject_cast<TQDBGridEditor *>(InplaceEditor()); editor && EditorMode())
         editor->EditMemo();

@@ -213,8 +213,11 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
         painter.setFont(font);
     painter.setPen(text);
     const Qt::Alignment alignment = HorizontalAlignment(column->GetAlignment(), rtl) | VerticalAlignment(column->GetVAlignment());
-    DrawCellText(painter, area, field || column->GetAutoNumber() ? column->GetDisplayText() : QString(), alignment,
-                 column->GetWordWrap() && d_->linesCount > 1, &d_->textFit);
+    const bool wrap = column->GetWordWrap() && d_->linesCount > 1;
+    QString shown = field || column->GetAutoNumber() ? column->GetDisplayText() : QString();
+    if (!wrap && column->GetMultiSelectList() && column->GetMultiSelectText() == mstEllipsis)
+        shown = column->FitItems(shown, painter.fontMetrics(), area.width());
+    DrawCellText(painter, area, shown, alignment, wrap, &d_->textFit);
 
     if (state.Contains(gdFocused) && hasFocus() && d_->focusRect != frNone && !EditorMode()) {
         QPen pen(d_->focusRect == frGray || d_->focusRect == frMild ? pal.color(QPalette::Mid) : text, 1, Qt::DotLine);

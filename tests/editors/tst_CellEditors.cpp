@@ -37,6 +37,7 @@ protected:
         test::AddField(orders, QStringLiteral("Code"), ftString, 10)->SetEditMask(QStringLiteral("00-00;1;_"));
         test::AddLookupField(orders, QStringLiteral("Company"), &customers, QStringLiteral("CustNo"),
                              QStringLiteral("ID"), QStringLiteral("Company"));
+        test::AddField(orders, QStringLiteral("Tags"), ftString, 40);
         orders.CreateDataSet();
         orders.AppendRecord({1, QStringLiteral("A"), QStringLiteral("first"), QStringLiteral("12-34")});
         orders.AppendRecord({3, QStringLiteral("C"), QStringLiteral("second"), QStringLiteral("56-78")});
@@ -336,6 +337,95 @@ TEST_F(CellEditors, ALongTextEditsInSeveralLinesUnderItsCell)
     EXPECT_EQ(memo(), nullptr);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     source.SetDataSet(&orders);
+}
+
+TEST_F(CellEditors, SeveralValuesAreTickedInTheirListAndStoredWithTheDelimiter)
+{
+    TQColumn *tags = column("Tags");
+    tags->GetPickList()->SetText(QStringLiteral("r\ng\nb"));
+    tags->GetPickText()->SetText(QStringLiteral("Red\nGreen\nBlue"));
+    tags->SetListOptions(tags->GetListOptions() + loMultiSelectList);
+    tags->SetDelimiterText(QStringLiteral(", "));
+    orders.Edit();
+    orders.FieldByName(QStringLiteral("Tags"))->SetAsString(QStringLiteral("b, r"));
+    orders.Post();
+    EXPECT_EQ(tags->GetDisplayText(), "Blue, Red");
+    select("Tags");
+
+    // The list ticks what the cell holds; Space and clicks turn ticks, Return takes them all.
+    QTest::keyClick(&grid, Qt::Key_F4);
+    ASSERT_NE(popup(), nullptr);
+    EXPECT_TRUE(popup()->CheckList());
+    EXPECT_EQ(popup()->SelectedRows().Count(), 2);
+    EXPECT_EQ(popup()->DataSet()->RecNo(), 1);
+    const QImage shot = popup()->viewport()->grab().toImage();
+    const auto box = [&](int row) { return shot.copy(popup()->CellRect(0, row)); };
+    EXPECT_EQ(box(0), box(2)); // Red and Blue are ticked,
+    EXPECT_NE(box(0), box(1)); // Green is not
+    QTest::keyClick(popup(), Qt::Key_Space);
+    QTest::keyClick(popup(), Qt::Key_Down);
+    QTest::keyClick(popup(), Qt::Key_Space);
+    EXPECT_NE(popup(), nullptr);
+    QTest::keyClick(popup(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(field("Tags"), "g,b");
+    EXPECT_EQ(editor()->text(), "Green, Blue");
+
+    QTest::keyClick(editor(), Qt::Key_F4);
+    ASSERT_NE(popup(), nullptr);
+    QTest::mouseClick(popup()->viewport(), Qt::LeftButton, {}, popup()->CellRect(1, 0).center());
+    ASSERT_NE(popup(), nullptr); // a click ticks and the list stays
+    QTest::keyClick(popup(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(field("Tags"), "r,g,b");
+
+    // Typed items go to their values in the order typed; with the list's items only, others
+    // are refused and the text stays.
+    editor()->selectAll();
+    QTest::keyClicks(editor(), QStringLiteral("Blue, Green"));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    EXPECT_FALSE(grid.EditorMode());
+    EXPECT_EQ(field("Tags"), "b,g");
+    tags->SetPickOptions(tags->GetPickOptions() + poListItemsOnly);
+    QTest::keyClick(&grid, Qt::Key_F2);
+    editor()->selectAll();
+    QTest::keyClicks(editor(), QStringLiteral("Blue, Pink"));
+    QTest::keyClick(editor(), Qt::Key_Return);
+    ASSERT_EQ(messages.texts.size(), 1);
+    EXPECT_TRUE(messages.texts[0].contains("\"Pink\" is not in the list")) << messages.texts[0].toStdString();
+    EXPECT_EQ(editor()->text(), "Blue, Pink");
+    QTest::keyClick(editor(), Qt::Key_Escape);
+
+    // A cell too narrow for every item shows the whole items that fit.
+    const QFontMetrics metrics(grid.font());
+    const QString fits = QStringLiteral("Blue, Green, ") + QChar(0x2026);
+    EXPECT_EQ(tags->FitItems(QStringLiteral("Blue, Green, Red"), metrics, metrics.horizontalAdvance(fits)), fits);
+    EXPECT_EQ(tags->FitItems(QStringLiteral("Blue, Green"), metrics, metrics.horizontalAdvance(fits)), "Blue, Green");
+
+    // One item a line, as a cell of several lines shows them.
+    tags->SetDelimiterLine(true);
+    EXPECT_EQ(tags->GetDisplayText(), "Blue\nGreen");
+}
+
+TEST_F(CellEditors, TypingNarrowsAnIncrementalList)
+{
+    TQColumn *status = column("Status");
+    status->GetPickList()->SetText(QStringLiteral("A\nB\nC\nR"));
+    status->GetPickText()->SetText(QStringLiteral("Active\nBlocked\nClosed\nArchived"));
+    status->SetListOptions(status->GetListOptions() + loIncrementalList);
+    select("Status");
+    QTest::keyClick(&grid, Qt::Key_F4);
+    ASSERT_NE(popup(), nullptr);
+    EXPECT_EQ(popup()->DataSet()->RecordCount(), 4);
+    QTest::keyClick(popup(), Qt::Key_A);
+    EXPECT_EQ(popup()->DataSet()->RecordCount(), 2);
+    EXPECT_EQ(editor()->text(), "Active");
+    QTest::keyClick(popup(), Qt::Key_R);
+    EXPECT_EQ(popup()->DataSet()->RecordCount(), 1);
+    EXPECT_EQ(editor()->text(), "Archived");
+    QTest::keyClick(popup(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(field("Status"), "R");
 }
 
 TEST(EditMasks, TheFieldsMaskLettersBecomeTheEditsOwn)

@@ -3,6 +3,7 @@
 
 #include "editors/QDBDataEditor.h"
 #include "editors/QDBDataList.h"
+#include "editors/QDBMemoPopup.h"
 #include "grid/QDBGrid.h"
 
 #include "DbTestSupport.h"
@@ -11,6 +12,10 @@
 #include "platform/db/MemTable.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -223,6 +228,92 @@ TEST_F(DataEditors, ListsOfTheirOwn)
     orders.Cancel();
     customer->SetReadOnly(true);
     EXPECT_EQ(customer->GetEditorStyle(), edsSimple);
+}
+
+namespace {
+// Shows the items of its values in capitals.
+class CapitalItems : public TQDBEditor
+{
+public:
+    void DoGetItem(QString &text, bool display) override
+    {
+        TQDBEditor::DoGetItem(text, display);
+        if (display)
+            text = text.toUpper();
+    }
+};
+} // namespace
+
+TEST_F(DataEditors, SeveralValuesALongTextAndTheEditMenu)
+{
+    // Several values of a pick list, shown item by item through DoGetItem.
+    orders.Edit();
+    orders.FieldByName(QStringLiteral("Name"))->SetAsString(QStringLiteral("x,z"));
+    orders.Post();
+    auto *names = add<CapitalItems>("Name");
+    names->GetPickList()->SetText(QStringLiteral("x\ny\nz"));
+    names->SetListOptions(names->GetListOptions() + loMultiSelectList);
+    names->SetDelimiterText(QStringLiteral("; "));
+    EXPECT_TRUE(names->GetMultiSelectList());
+    EXPECT_EQ(names->text(), "X; Z");
+    focus(names);
+    EXPECT_EQ(names->text(), "x; z");
+    QTest::keyClick(names, Qt::Key_F4);
+    ASSERT_NE(popup(names), nullptr);
+    EXPECT_EQ(popup(names)->SelectedRows().Count(), 2);
+    QTest::keyClick(popup(names), Qt::Key_Down);
+    QTest::keyClick(popup(names), Qt::Key_Space);
+    QTest::keyClick(popup(names), Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_EQ(field("Name"), "x,y,z");
+    names->selectAll();
+    QTest::keyClicks(names, QStringLiteral("z; x"));
+    QTest::keyClick(names, Qt::Key_Return);
+    EXPECT_EQ(field("Name"), "z,x");
+    orders.Cancel();
+
+    // The ellipsis button of a text opens it in several lines.
+    auto *name = add<TQDBEditor>("Name");
+    name->SetButtonStyle(ebsEllipsis);
+    focus(name);
+    name->EditButtonClick();
+    ASSERT_NE(name->MemoPopup(), nullptr);
+    EXPECT_EQ(name->MemoPopup()->Text(), "x,z");
+    name->MemoPopup()->Edit()->setPlainText(QStringLiteral("two\nlines"));
+    QTest::keyClick(name->MemoPopup()->Edit(), Qt::Key_Return, Qt::ControlModifier);
+    QApplication::processEvents();
+    EXPECT_EQ(field("Name"), "two\nlines");
+    orders.Cancel();
+
+    // Pasting from the edit's own menu starts the edit as Ctrl+V does; read-only data offers
+    // no pasting.
+    QApplication::clipboard()->setText(QStringLiteral("pasted"));
+    const auto menuAction = [](QWidget *editor, const char *actionName) -> QAction * {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(2, 2), editor->mapToGlobal(QPoint(2, 2)));
+        QApplication::sendEvent(editor, &event);
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        for (QAction *action : menu ? menu->actions() : QList<QAction *>())
+            if (action->objectName() == QLatin1String(actionName))
+                return action;
+        return nullptr;
+    };
+    focus(name);
+    name->selectAll();
+    QAction *paste = menuAction(name, "edit-paste");
+    ASSERT_NE(paste, nullptr);
+    ASSERT_TRUE(paste->isEnabled());
+    paste->trigger();
+    QApplication::activePopupWidget()->close();
+    EXPECT_EQ(orders.State(), dsEdit);
+    EXPECT_EQ(name->text(), "pasted");
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_EQ(field("Name"), "pasted");
+    orders.Cancel();
+    name->SetReadOnly(true);
+    paste = menuAction(name, "edit-paste");
+    ASSERT_NE(paste, nullptr);
+    EXPECT_FALSE(paste->isEnabled());
+    QApplication::activePopupWidget()->close();
 }
 
 TEST_F(DataEditors, AColumnEditorTakesTheGridColumnsLists)
