@@ -256,6 +256,16 @@ TEST_F(CellEditors, TheButtonStylesAndTheMask)
     EXPECT_EQ(clicks, 2);
     const QRect button = editor()->ButtonRect();
     ASSERT_FALSE(button.isEmpty());
+    // The button is drawn (not a blank of the text's colour), and the ellipsis differs from
+    // the list button's arrow.
+    const auto buttonLook = [this](const QRect &r) { return editor()->grab().toImage().copy(r); };
+    const QImage ellipsis = buttonLook(button);
+    EXPECT_GT(DistinctColors(ellipsis), 2);
+    column("Name")->SetButtonStyle(cbsDropDown);
+    editor()->UpdateContents();
+    EXPECT_NE(buttonLook(editor()->ButtonRect()), ellipsis);
+    column("Name")->SetButtonStyle(cbsEllipsis);
+    editor()->UpdateContents();
     QTest::mouseClick(editor(), Qt::LeftButton, {}, button.center());
     EXPECT_EQ(clicks, 3);
     EXPECT_EQ(popup(), nullptr);

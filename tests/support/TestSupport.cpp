@@ -1,5 +1,7 @@
 #include "TestSupport.h"
 
+#include <QSet>
+
 #include <QFile>
 
 namespace qdb {
@@ -29,6 +31,15 @@ void WriteTextFile(const QString &path, const QByteArray &bytes)
     QFile f(path);
     if (f.open(QIODevice::WriteOnly))
         f.write(bytes);
+}
+
+int DistinctColors(const QImage &image)
+{
+    QSet<QRgb> colors;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            colors.insert(image.pixel(x, y));
+    return int(colors.size());
 }
 
 } // namespace qdb

@@ -3,6 +3,7 @@
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/FormatSettings.h"
 
+#include <QImage>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -44,6 +45,9 @@ public:
 private:
     ScopedMessageDlgHook hook_;
 };
+
+// How many colours a picture holds: a drawn shape has several, a blank area one.
+int DistinctColors(const QImage &image);
 
 // Reads a file as UTF-8 text; empty when missing.
 QString ReadTextFile(const QString &path);
