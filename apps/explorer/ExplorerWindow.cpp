@@ -20,6 +20,9 @@
 #include <QStatusBar>
 #include <QUrl>
 
+#include <algorithm>
+#include <iterator>
+
 namespace explorer {
 
 using namespace qdb;
@@ -198,8 +201,14 @@ void ExplorerWindow::setUpLists(const QString &table)
     }
     const QStringList keys = primaryKey(table).split(QLatin1Char(';'));
     const QStringList longTexts = LongTextColumns(connection_, table);
+    static constexpr TFieldType amounts[] = {ftFloat, ftCurrency, ftBCD, ftFMTBcd};
     for (TQColumn *column : *grid_->GetColumns()) {
         TField *f = column->GetField();
+        // Amounts and prices are worked out with the calculator.
+        if (f && f->FieldKind() == fkData && std::find(std::begin(amounts), std::end(amounts), f->DataType()) != std::end(amounts)) {
+            column->SetButtonStyle(cbsCalculator);
+            continue;
+        }
         if (!f || f->DataType() != ftString || f->FieldKind() != fkData
             || referring.contains(f->FieldName(), Qt::CaseInsensitive) || keys.contains(f->FieldName(), Qt::CaseInsensitive))
             continue;

@@ -3,6 +3,7 @@
 
 #include "QDBDataEditor.h"
 
+#include "QDBCalculator.h"
 #include "QDBDataList.h"
 
 #include "grid/QDBGrid.h"
@@ -178,6 +179,7 @@ const QMetaObject *TQDBCustomEditor::GetEditorListClass() const
     switch (EditorListKindOf(settings_)) {
     case TEditorListKind::Lookup: return &TQDBEditorDataList::staticMetaObject;
     case TEditorListKind::Pick: return &TQDBEditorPickList::staticMetaObject;
+    case TEditorListKind::Calculator: return &TQDBEditorCalculator::staticMetaObject;
     default: return nullptr;
     }
 }

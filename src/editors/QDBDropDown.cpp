@@ -261,7 +261,7 @@ void TQDBPopupList::mouseReleaseEvent(QMouseEvent *event)
     const QPoint cell = MouseCoord(at.x(), at.y());
     TQCustomDBGrid::mouseReleaseEvent(event);
     // Ticking rows takes several clicks; Return takes them.
-    if (!checkList_ && event->button() == Qt::LeftButton && rect().contains(at) && cell.y() >= FixedRows())
+    if (ClickAccepts() && event->button() == Qt::LeftButton && rect().contains(at) && cell.y() >= FixedRows())
         CloseUp(true);
 }
 

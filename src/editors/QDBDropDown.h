@@ -58,6 +58,8 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    // Whether a click on a row takes it and closes the list.
+    virtual bool ClickAccepts() const { return !checkList_; }
 
 private:
     // Moves in a list of ticks; true when the key was a move.

@@ -4,6 +4,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "editors/QDBCalculator.h"
 #include "editors/QDBDataList.h"
 #include "editors/QDBEditor.h"
 #include "platform/rtl/Dialogs.h"
@@ -161,6 +162,7 @@ const QMetaObject *TQCustomDBGrid::GetEditorListClass(TQColumn *column) const
     switch (EditorListKindOf(column)) {
     case TEditorListKind::Lookup: return &TQDBGridDataList::staticMetaObject;
     case TEditorListKind::Pick: return &TQDBGridPickList::staticMetaObject;
+    case TEditorListKind::Calculator: return &TQDBGridCalculator::staticMetaObject;
     default: return nullptr;
     }
 }

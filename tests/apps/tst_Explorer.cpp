@@ -357,6 +357,26 @@ TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
     EXPECT_EQ(editor->MemoPopup()->Text(), grid->DataSet()->FieldByName(QStringLiteral("Notes"))->AsString());
     QTest::keyClick(editor->MemoPopup()->Edit(), Qt::Key_Escape);
     EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("Country"))), edsDropDownList);
+    QTest::keyClick(editor, Qt::Key_Escape);
+
+    // Amounts are worked out in the calculator, and the result reaches the file.
+    TQColumn *limit = grid->GetColumns()->FindColumn(QStringLiteral("Credit Limit"));
+    ASSERT_EQ(limit->GetButtonStyle(), cbsCalculator);
+    TDataSet *customers = grid->DataSet();
+    const double before = customers->FieldByName(QStringLiteral("Credit Limit"))->AsFloat();
+    const Variant custNo = customers->FieldByName(QStringLiteral("CustNo"))->Value();
+    grid->SetCol(grid->DataToRawColumn(limit->Index()));
+    QTest::keyClick(grid, Qt::Key_F4);
+    editor = qobject_cast<TQDBGridEditor *>(grid->InplaceEditor());
+    ASSERT_TRUE(editor && editor->PopupList() && editor->PopupList()->Showing());
+    QTest::keyClicks(editor->PopupList()->Popup(), QStringLiteral("+100.5"));
+    QTest::keyClick(editor->PopupList()->Popup(), Qt::Key_Return);
+    QApplication::processEvents(); // the result commits the cell
+    customers->Post();
+    EXPECT_DOUBLE_EQ(look.ExecScalar(QStringLiteral("SELECT \"Credit Limit\" FROM customers WHERE CustNo = ?"), {custNo})
+                         .ToDouble(),
+                     before + 100.5);
+    EXPECT_TRUE(messages.texts.size() == 1) << messages.texts.join(QLatin1Char('\n')).toStdString();
 }
 
 class ExplorerSQL : public testing::TestWithParam<test::Backend>
