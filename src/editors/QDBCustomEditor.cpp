@@ -4,6 +4,7 @@
 #include "QDBDataEditor.h"
 
 #include "QDBCalculator.h"
+#include "QDBCalendar.h"
 #include "QDBDataList.h"
 
 #include "grid/QDBGrid.h"
@@ -180,6 +181,7 @@ const QMetaObject *TQDBCustomEditor::GetEditorListClass() const
     case TEditorListKind::Lookup: return &TQDBEditorDataList::staticMetaObject;
     case TEditorListKind::Pick: return &TQDBEditorPickList::staticMetaObject;
     case TEditorListKind::Calculator: return &TQDBEditorCalculator::staticMetaObject;
+    case TEditorListKind::Calendar: return &TQDBEditorCalendar::staticMetaObject;
     default: return nullptr;
     }
 }

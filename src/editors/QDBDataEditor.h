@@ -234,6 +234,9 @@ public:
     // What stands between the items as they are typed.
     virtual QString GetDelimiter() const;
 
+    // Asked by the calendar for each day it shows.
+    TCalcBoldDaysEvent OnCalcBoldDays;
+
 protected:
     QString GetStoredText() const override;
     QString GetStoredDisplayText() const override;

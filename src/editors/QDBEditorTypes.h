@@ -3,6 +3,7 @@
 // The vocabulary the cell editors, the free-standing editors and their popups share.
 
 #include "grid/QDBGridTypes.h"
+#include "platform/rtl/DateTime.h"
 #include "platform/rtl/Variant.h"
 
 #include <QObject>
@@ -64,5 +65,7 @@ using TEditorGetTextEvent = std::function<void(QObject *sender, QString &text, b
 using TEditorSetTextEvent = std::function<void(QObject *sender, QString &text)>;
 using TEditorListDropDownEvent = std::function<void(QObject *sender, QObject *list)>;
 using TEditorListCloseUpEvent = std::function<void(QObject *sender, QObject *list, Variant &value, bool &accept)>;
+// Whether the calendar shows a day in bold.
+using TCalcBoldDaysEvent = std::function<void(QObject *sender, TDateTime date, bool &boldDay)>;
 
 } // namespace qdb

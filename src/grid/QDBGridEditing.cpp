@@ -5,6 +5,7 @@
 #include "QDBGridPrivate.h"
 
 #include "editors/QDBCalculator.h"
+#include "editors/QDBCalendar.h"
 #include "editors/QDBDataList.h"
 #include "editors/QDBEditor.h"
 #include "platform/rtl/Dialogs.h"
@@ -163,6 +164,7 @@ const QMetaObject *TQCustomDBGrid::GetEditorListClass(TQColumn *column) const
     case TEditorListKind::Lookup: return &TQDBGridDataList::staticMetaObject;
     case TEditorListKind::Pick: return &TQDBGridPickList::staticMetaObject;
     case TEditorListKind::Calculator: return &TQDBGridCalculator::staticMetaObject;
+    case TEditorListKind::Calendar: return &TQDBGridCalendar::staticMetaObject;
     default: return nullptr;
     }
 }

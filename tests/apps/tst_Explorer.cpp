@@ -3,10 +3,13 @@
 #include "ExplorerWindow.h"
 
 #include "platform/rtl/Dialogs.h"
+#include "editors/QDBCalendar.h"
 #include "editors/QDBDropDown.h"
 #include "editors/QDBEditor.h"
 #include "editors/QDBMemoPopup.h"
 #include "grid/QDBGridTotals.h"
+#include "platform/rtl/DateUtils.h"
+#include "platform/rtl/FormatDateTime.h"
 #include "platform/sql/SQLConnection.h"
 
 #include "SQLTestSupport.h"
@@ -358,6 +361,23 @@ TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
     QTest::keyClick(editor->MemoPopup()->Edit(), Qt::Key_Escape);
     EXPECT_EQ(grid->GetEditorStyle(grid->GetColumns()->FindColumn(QStringLiteral("Country"))), edsDropDownList);
     QTest::keyClick(editor, Qt::Key_Escape);
+
+    // Dates are picked in the calendar.
+    TQColumn *since = grid->GetColumns()->FindColumn(QStringLiteral("Since"));
+    TField *sinceField = since->GetField();
+    const TDateTime tomorrowOf = IncDay(sinceField->IsNull() ? Date() : sinceField->AsDateTime(), 1);
+    grid->SetCol(grid->DataToRawColumn(since->Index()));
+    QTest::keyClick(grid, Qt::Key_F4);
+    editor = qobject_cast<TQDBGridEditor *>(grid->InplaceEditor());
+    ASSERT_TRUE(editor && qobject_cast<TQDBGridCalendar *>(editor->PopupList()) && editor->PopupList()->Showing());
+    QTest::keyClick(editor->PopupList()->Popup(), Qt::Key_Right);
+    QTest::keyClick(editor->PopupList()->Popup(), Qt::Key_Return);
+    QApplication::processEvents();
+    grid->DataSet()->Post();
+    EXPECT_EQ(look.ExecScalar(QStringLiteral("SELECT Since FROM customers WHERE CustNo = ?"),
+                              {grid->DataSet()->FieldByName(QStringLiteral("CustNo"))->Value()})
+                  .ToString(),
+              FormatDateTime("yyyy-mm-dd", tomorrowOf));
 
     // Amounts are worked out in the calculator, and the result reaches the file.
     TQColumn *limit = grid->GetColumns()->FindColumn(QStringLiteral("Credit Limit"));

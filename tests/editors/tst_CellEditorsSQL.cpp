@@ -1,7 +1,7 @@
 // Cell editors over SQLite and PostgreSQL tables: a lookup list picks an order's customer and
 // the key reaches the database; typing finds customers in the database exactly where a walk
 // over the same rows finds them; a value the database refuses stays in the record; the
-// calculator's result is stored.
+// calculator's result and the calendar's date are stored.
 
 #include "editors/QDBDataEditor.h"
 #include "editors/QDBDataList.h"
@@ -39,7 +39,7 @@ protected:
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         connection.ExecSQL(QStringLiteral("CREATE TABLE customers (custno INTEGER PRIMARY KEY, company VARCHAR(40))"));
         connection.ExecSQL(QStringLiteral("CREATE TABLE orders (orderno INTEGER PRIMARY KEY, custno INTEGER, "
-                                          "status VARCHAR(1) CHECK (status IN ('A', 'B', 'C')), amount NUMERIC(10,2))"));
+                                          "status VARCHAR(1) CHECK (status IN ('A', 'B', 'C')), amount NUMERIC(10,2), due DATE)"));
         connection.StartTransaction();
         int id = 0;
         for (const char *name : Companies)
@@ -47,7 +47,7 @@ protected:
         for (int i = 0; i < 200; ++i) // more than a page of the list
             connection.ExecSQL(QStringLiteral("INSERT INTO customers VALUES (?, ?)"),
                                {++id, QStringLiteral("Company %1").arg(i, 3, 10, QLatin1Char('0'))});
-        connection.ExecSQL(QStringLiteral("INSERT INTO orders VALUES (1, 1, 'A', 12.5), (2, 4, 'B', NULL)"));
+        connection.ExecSQL(QStringLiteral("INSERT INTO orders VALUES (1, 1, 'A', 12.5, '2024-02-28'), (2, 4, 'B', NULL, NULL)"));
         connection.Commit();
 
         customers.SetConnection(&connection);
@@ -60,6 +60,7 @@ protected:
         AddField(orders, QStringLiteral("custno"), ftInteger);
         AddField(orders, QStringLiteral("status"), ftString, 1);
         AddField(orders, QStringLiteral("amount"), ftFloat);
+        AddField(orders, QStringLiteral("due"), ftDate);
         AddLookupField(orders, QStringLiteral("Company"), &customers, QStringLiteral("custno"),
                        QStringLiteral("custno"), QStringLiteral("company"));
         customers.Open();
@@ -206,6 +207,21 @@ TEST_P(CellEditorsSQL, TheCalculatorsResultReachesTheDatabase)
     EXPECT_FALSE(grid.EditorMode());
     orders.Post();
     EXPECT_DOUBLE_EQ(connection.ExecScalar(QStringLiteral("SELECT amount FROM orders WHERE orderno = 1")).ToDouble(), 37.25);
+    EXPECT_TRUE(messages.texts.isEmpty()) << messages.texts.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST_P(CellEditorsSQL, TheCalendarsDateReachesTheDatabase)
+{
+    select("due");
+    QTest::keyClick(&grid, Qt::Key_F4);
+    TQDBGridDropDownList *list = editor()->PopupList();
+    ASSERT_TRUE(list && list->Showing());
+    QTest::keyClick(list->Popup(), Qt::Key_Right);
+    QTest::keyClick(list->Popup(), Qt::Key_Right); // over the leap day
+    QTest::keyClick(list->Popup(), Qt::Key_Return);
+    QApplication::processEvents();
+    orders.Post();
+    EXPECT_EQ(stored(QStringLiteral("SELECT CAST(due AS VARCHAR(10)) FROM orders WHERE orderno = 1")), "2024-03-01");
     EXPECT_TRUE(messages.texts.isEmpty()) << messages.texts.join(QLatin1Char('\n')).toStdString();
 }
 
