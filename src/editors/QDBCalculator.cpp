@@ -22,7 +22,7 @@ namespace {
 
 enum ButtonColor { Black, Red, Blue };
 
-struct ButtonSpec
+struct ButtonEntry
 {
     const char *caption;
     char16_t key;
@@ -31,7 +31,7 @@ struct ButtonSpec
 };
 
 // Positions at 96 dots per inch; each button sits at (x + 1, y - 5).
-constexpr ButtonSpec ButtonTable[] = {
+constexpr ButtonEntry ButtonTable[] = {
     {"OK", 10, 4, 30, 30, Black},    {"Back", 8, 40, 30, 50, Red},    {"CE", 127, 94, 30, 50, Red},
     {"C", 27, 148, 30, 50, Red},     {"MC", 12, 4, 56, 30, Red},      {"7", u'7', 40, 56, 30, Blue},
     {"8", u'8', 72, 56, 30, Blue},   {"9", u'9', 104, 56, 30, Blue},  {"/", u'/', 136, 56, 30, Red},
@@ -101,14 +101,14 @@ int TQDBPopupCalculator::scaled(int pixels) const
 void TQDBPopupCalculator::createButtons()
 {
     const bool dark = palette().color(QPalette::Button).lightness() < 128;
-    for (const ButtonSpec &spec : ButtonTable) {
-        auto *button = new QPushButton(QString::fromLatin1(spec.caption), this);
+    for (const ButtonEntry &entry : ButtonTable) {
+        auto *button = new QPushButton(QString::fromLatin1(entry.caption), this);
         button->setFocusPolicy(Qt::NoFocus);
-        button->setProperty("tag", int(spec.key) + int(spec.color) * 256);
+        button->setProperty("tag", int(entry.key) + int(entry.color) * 256);
         // Digits in blue and operations in red, lighter where the buttons are dark.
-        if (spec.color != Black) {
+        if (entry.color != Black) {
             QPalette pal = button->palette();
-            QColor caption = spec.color == Blue ? QColor(0, 0, 255) : QColor(255, 0, 0);
+            QColor caption = entry.color == Blue ? QColor(0, 0, 255) : QColor(255, 0, 0);
             if (dark)
                 caption = caption.lighter(170);
             pal.setColor(QPalette::ButtonText, caption);
@@ -123,8 +123,8 @@ void TQDBPopupCalculator::createButtons()
 void TQDBPopupCalculator::placeButtons()
 {
     for (int i = 0; i < buttons_.size(); ++i) {
-        const ButtonSpec &spec = ButtonTable[i];
-        buttons_[i]->setGeometry(scaled(spec.x + 1), scaled(spec.y - 5), scaled(spec.width), scaled(ButtonHeight));
+        const ButtonEntry &entry = ButtonTable[i];
+        buttons_[i]->setGeometry(scaled(entry.x + 1), scaled(entry.y - 5), scaled(entry.width), scaled(ButtonHeight));
     }
 }
 
