@@ -20,6 +20,9 @@ enum TGridOption {
 Q_ENUM_NS(TGridOption)
 enum TGridDrawStateItem { gdSelected, gdFocused, gdFixed, gdRowSelected, gdHotTrack, gdPressed };
 Q_ENUM_NS(TGridDrawStateItem)
+// How buttons and fixed cells are drawn: flat edges, the style's own look, or a gradient.
+enum TGridDrawingStyle { gdsClassic, gdsThemed, gdsGradient };
+Q_ENUM_NS(TGridDrawingStyle)
 } // namespace Grids
 using namespace Grids;
 using TGridOptions = Set<TGridOption>;
