@@ -19,6 +19,7 @@
 #include <QSqlRecord>
 #include <QStatusBar>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <iterator>
@@ -28,7 +29,8 @@ namespace explorer {
 using namespace qdb;
 
 ExplorerWindow::ExplorerWindow(QWidget *parent)
-    : QMainWindow(parent), grid_(new TQDBGrid), tables_(new QListWidget), counter_(new QLabel), location_(new QLabel)
+    : QMainWindow(parent), grid_(new TQDBGrid), navigator_(new TQDBNavigator), tables_(new QListWidget),
+      counter_(new QLabel), location_(new QLabel)
 {
     setWindowTitle(tr("Explorer"));
     table_.SetConnection(&connection_);
@@ -38,9 +40,18 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     // A title click sorts the table; the record the user is on stays current.
     grid_->SetOptionsEx(grid_->GetOptionsEx() + dgLoadCurrentOrder + dgAutoUpdateOrder + dgAutoKeepSelection);
 
+    // The navigator under the grid moves through and edits the same records.
+    navigator_->SetDataSource(&source_);
+    navigator_->SetFlat(true);
+    auto *records = new QWidget;
+    auto *column = new QVBoxLayout(records);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(2);
+    column->addWidget(grid_, 1);
+    column->addWidget(navigator_);
     auto *splitter = new QSplitter;
     splitter->addWidget(tables_);
-    splitter->addWidget(grid_);
+    splitter->addWidget(records);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({180, 820});
     setCentralWidget(splitter);

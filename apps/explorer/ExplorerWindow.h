@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/QDBNavigator.h"
 #include "grid/QDBGrid.h"
 #include "platform/db/DataSource.h"
 #include "platform/sql/SQLConnection.h"
@@ -33,6 +34,7 @@ public:
     bool ShowTable(const QString &name);
     QStringList Tables() const;
     qdb::TQDBGrid *Grid() const { return grid_; }
+    qdb::TQDBNavigator *Navigator() const { return navigator_; }
     // The footer of totals: a sum under each numeric column, a count under the others, over
     // the selected rows when there are any.
     void ShowTotals(bool on);
@@ -62,6 +64,7 @@ private:
     std::vector<std::unique_ptr<qdb::TSQLTable>> lookups_; // the tables the columns refer to
     qdb::TDataSource source_;
     qdb::TQDBGrid *grid_;
+    qdb::TQDBNavigator *navigator_;
     QListWidget *tables_;
     QLabel *counter_;
     QLabel *location_;

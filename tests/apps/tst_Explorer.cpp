@@ -399,6 +399,33 @@ TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
     EXPECT_TRUE(messages.texts.size() == 1) << messages.texts.join(QLatin1Char('\n')).toStdString();
 }
 
+TEST(Explorer, TheNavigatorUnderTheGridMovesAndEdits)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("copy.db"));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path));
+    MessageLog messages;
+    explorer::ExplorerWindow window;
+    window.OpenDatabase(path, QStringLiteral("customers"));
+    window.show();
+    QApplication::processEvents();
+    TQDBNavigator *navigator = window.Navigator();
+    TDataSet *customers = window.Grid()->DataSet();
+    EXPECT_FALSE(navigator->Button(nbPrior)->isEnabled());
+    QTest::mouseClick(navigator->Button(nbLast), Qt::LeftButton);
+    EXPECT_EQ(customers->RecNo(), customers->RecordCount());
+    EXPECT_EQ(window.Grid()->Row(), window.Grid()->DataLink()->ActiveRecord() + window.Grid()->TitleOffset());
+    EXPECT_FALSE(navigator->Button(nbNext)->isEnabled());
+    QTest::mouseClick(navigator->Button(nbEdit), Qt::LeftButton);
+    EXPECT_EQ(customers->State(), dsEdit);
+    EXPECT_TRUE(navigator->Button(nbPost)->isEnabled());
+    QTest::mouseClick(navigator->Button(nbCancel), Qt::LeftButton);
+    EXPECT_EQ(customers->State(), dsBrowse);
+    QTest::mouseClick(navigator->Button(nbFirst), Qt::LeftButton);
+    EXPECT_EQ(customers->RecNo(), 1);
+    EXPECT_TRUE(messages.texts.isEmpty());
+}
+
 class ExplorerSQL : public testing::TestWithParam<test::Backend>
 {
 };

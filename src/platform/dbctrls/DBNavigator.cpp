@@ -245,8 +245,10 @@ void TDBNavigator::DataChanged()
         return;
     const bool active = isEnabled() && link_.Active();
     TDataSet *ds = active ? link_.DataSet() : nullptr;
-    const bool up = ds && !ds->Bof();
-    const bool down = ds && !ds->Eof();
+    // At the first or last record as well as past it: the buttons that would not move are off.
+    const int recNo = ds ? ds->RecNo() : -1;
+    const bool up = ds && !ds->Bof() && recNo != 1;
+    const bool down = ds && !ds->Eof() && !(recNo > 0 && ds->RecordCountKnown() && recNo == ds->RecordCount());
     buttons_[nbFirst]->setEnabled(up);
     buttons_[nbPrior]->setEnabled(up);
     buttons_[nbNext]->setEnabled(down);
