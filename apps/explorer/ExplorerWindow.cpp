@@ -5,6 +5,7 @@
 #include "platform/rtl/Exceptions.h"
 
 #include <QAction>
+#include <QDockWidget>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QFileDialog>
@@ -29,8 +30,8 @@ namespace explorer {
 using namespace qdb;
 
 ExplorerWindow::ExplorerWindow(QWidget *parent)
-    : QMainWindow(parent), grid_(new TQDBGrid), navigator_(new TQDBNavigator), tables_(new QListWidget),
-      counter_(new QLabel), location_(new QLabel)
+    : QMainWindow(parent), grid_(new TQDBGrid), navigator_(new TQDBNavigator), record_(new RecordForm),
+      tables_(new QListWidget), counter_(new QLabel), location_(new QLabel)
 {
     setWindowTitle(tr("Explorer"));
     table_.SetConnection(&connection_);
@@ -55,6 +56,11 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({180, 820});
     setCentralWidget(splitter);
+    // The current record, a control for each field, beside the rows.
+    auto *dock = new QDockWidget(tr("Record"), this);
+    dock->setObjectName(QStringLiteral("RecordDock"));
+    dock->setWidget(record_);
+    addDockWidget(Qt::RightDockWidgetArea, dock);
     statusBar()->addWidget(location_, 1);
     // Room for large tables, so that the counter does not jump about as it changes.
     counter_->setMinimumWidth(counter_->fontMetrics().horizontalAdvance(tr("Record %1 of %2").arg(99999999).arg(99999999)));
@@ -74,6 +80,7 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     QAction *stretch = view->addAction(tr("&Stretch columns to the window"));
     stretch->setCheckable(true);
     connect(stretch, &QAction::toggled, this, [this](bool on) { grid_->SetStretchMode(on); });
+    view->addAction(dock->toggleViewAction());
     totals_ = view->addAction(tr("&Totals"));
     totals_->setCheckable(true);
     totals_->setChecked(true);
@@ -106,6 +113,7 @@ ExplorerWindow::~ExplorerWindow()
 
 void ExplorerWindow::OpenDatabase(const QString &address, const QString &firstTable)
 {
+    record_->Clear();
     table_.Close();
     connection_.Close();
     connection_.SetConnectionString(address);
@@ -133,6 +141,7 @@ QStringList ExplorerWindow::Tables() const
 bool ExplorerWindow::ShowTable(const QString &name)
 {
     try {
+        record_->Clear(); // its controls name the fields of the table shown until now
         table_.Close();
         lookups_.clear();
         table_.SetTableName(name);
@@ -141,6 +150,7 @@ bool ExplorerWindow::ShowTable(const QString &name)
         table_.Open();
         setUpTotals();
         setUpLists(name);
+        record_->Build(grid_);
         setWindowTitle(tr("%1 - Explorer").arg(name));
         const QSignalBlocker block(tables_);
         const QList<QListWidgetItem *> items = tables_->findItems(name, Qt::MatchFixedString);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RecordForm.h"
+
 #include "data/QDBNavigator.h"
 #include "grid/QDBGrid.h"
 #include "platform/db/DataSource.h"
@@ -35,6 +37,7 @@ public:
     QStringList Tables() const;
     qdb::TQDBGrid *Grid() const { return grid_; }
     qdb::TQDBNavigator *Navigator() const { return navigator_; }
+    RecordForm *Record() const { return record_; }
     // The footer of totals: a sum under each numeric column, a count under the others, over
     // the selected rows when there are any.
     void ShowTotals(bool on);
@@ -65,6 +68,7 @@ private:
     qdb::TDataSource source_;
     qdb::TQDBGrid *grid_;
     qdb::TQDBNavigator *navigator_;
+    RecordForm *record_;
     QListWidget *tables_;
     QLabel *counter_;
     QLabel *location_;

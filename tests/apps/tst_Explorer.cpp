@@ -5,6 +5,7 @@
 #include "platform/rtl/Dialogs.h"
 #include "editors/QDBCalendar.h"
 #include "editors/QDBDropDown.h"
+#include "editors/QDBDataEditor.h"
 #include "editors/QDBEditor.h"
 #include "editors/QDBMemoPopup.h"
 #include "grid/QDBGridTotals.h"
@@ -399,7 +400,7 @@ TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
     EXPECT_TRUE(messages.texts.size() == 1) << messages.texts.join(QLatin1Char('\n')).toStdString();
 }
 
-TEST(Explorer, TheNavigatorUnderTheGridMovesAndEdits)
+TEST(Explorer, TheNavigatorAndTheRecordFormEditTheRecord)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("copy.db"));
@@ -423,7 +424,34 @@ TEST(Explorer, TheNavigatorUnderTheGridMovesAndEdits)
     EXPECT_EQ(customers->State(), dsBrowse);
     QTest::mouseClick(navigator->Button(nbFirst), Qt::LeftButton);
     EXPECT_EQ(customers->RecNo(), 1);
-    EXPECT_TRUE(messages.texts.isEmpty());
+
+    // The record form edits the same record: a text typed, a box ticked, the post clicked.
+    explorer::RecordForm *form = window.Record();
+    auto *company = qobject_cast<TQDBColumn *>(form->Control(QStringLiteral("Company")));
+    auto *active = qobject_cast<TQDBCheckBox *>(form->Control(QStringLiteral("Active")));
+    ASSERT_TRUE(company && active);
+    EXPECT_TRUE(qobject_cast<TQDBColumn *>(form->Control(QStringLiteral("Since"))));
+    EXPECT_EQ(company->text(), customers->FieldByName(QStringLiteral("Company"))->AsString());
+    const bool wasActive = customers->FieldByName(QStringLiteral("Active"))->AsBoolean();
+    const Variant custNo = customers->FieldByName(QStringLiteral("CustNo"))->Value();
+    company->setFocus();
+    QApplication::processEvents();
+    company->selectAll();
+    QTest::keyClicks(company, QStringLiteral("Renamed Trading"));
+    QTest::keyClick(company, Qt::Key_Return);
+    EXPECT_EQ(customers->State(), dsEdit);
+    EXPECT_EQ(window.Grid()->GetColumns()->FindColumn(QStringLiteral("Company"))->GetDisplayText(), "Renamed Trading");
+    QTest::mouseClick(active, Qt::LeftButton, {}, QPoint(6, active->height() / 2));
+    QTest::mouseClick(navigator->Button(nbPost), Qt::LeftButton);
+    EXPECT_EQ(customers->State(), dsBrowse);
+    TSQLConnection look;
+    look.SetConnectionString(path);
+    look.Open();
+    EXPECT_EQ(look.ExecScalar(QStringLiteral("SELECT Company FROM customers WHERE CustNo = ?"), {custNo}).ToString(),
+              "Renamed Trading");
+    EXPECT_EQ(look.ExecScalar(QStringLiteral("SELECT Active FROM customers WHERE CustNo = ?"), {custNo}).ToInt64(),
+              wasActive ? 0 : 1);
+    EXPECT_TRUE(messages.texts.isEmpty()) << messages.texts.join(QLatin1Char('\n')).toStdString();
 }
 
 class ExplorerSQL : public testing::TestWithParam<test::Backend>
