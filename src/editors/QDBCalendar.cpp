@@ -21,10 +21,6 @@ namespace {
 constexpr TDateTime FirstDay = -328716;
 constexpr TDateTime LastDay = 2593223;
 
-int YearOfDate(TDateTime d)
-{
-    return YearOf(d);
-}
 } // namespace
 
 // ---- the cells ----
@@ -79,9 +75,9 @@ TDateTime TQDBMonthData::CellDate(int row, int cell) const
     const int k = row * 4 + cell;
     switch (depth_) {
     case cdMonth: return first_ + row * 7 + cell;
-    case cdYear: return EncodeDate(YearOfDate(start_), k + 1, 1);
-    case cdDecade: return EncodeDate(YearOfDate(first_) + k, 1, 1);
-    case cdCentury: return EncodeDate(YearOfDate(first_) + k * 10, 1, 1);
+    case cdYear: return EncodeDate(YearOf(start_), k + 1, 1);
+    case cdDecade: return EncodeDate(YearOf(first_) + k, 1, 1);
+    case cdCentury: return EncodeDate(YearOf(first_) + k * 10, 1, 1);
     }
     return first_;
 }
@@ -99,8 +95,8 @@ void TQDBMonthData::DoOnGetFieldData(int index, TField *field, Variant &value)
     const TDateTime date = CellDate(index, cell);
     switch (depth_) {
     case cdYear: value = FormatSettings().ShortMonthNames[MonthOf(date) - 1]; break;
-    case cdDecade: value = QString::number(YearOfDate(date)); break;
-    default: value = QStringLiteral("%1\r%2").arg(YearOfDate(date)).arg(YearOfDate(date) + 9); break;
+    case cdDecade: value = QString::number(YearOf(date)); break;
+    default: value = QStringLiteral("%1\r%2").arg(YearOf(date)).arg(YearOf(date) + 9); break;
     }
 }
 
@@ -219,7 +215,7 @@ void TQDBPopupCalendar::SetDate(TDateTime date)
     date_ = d;
     int y = 0, m = 0, day = 0;
     DecodeDate(d, y, m, day);
-    const int startYear = YearOfDate(data_.StartDate());
+    const int startYear = YearOf(data_.StartDate());
     int k = 0;
     switch (GetCalendar()) {
     case cdMonth: {
@@ -352,12 +348,12 @@ void TQDBPopupCalendar::CellClick(int row, int cell)
         SetCalendar(cdMonth);
         break;
     case cdDecade:
-        SetDate(IncYear(date_, YearOfDate(date) - y));
+        SetDate(IncYear(date_, YearOf(date) - y));
         SetCalendar(cdYear);
         break;
     case cdCentury:
         // The year keeps its place in the decade chosen.
-        SetDate(IncYear(date_, YearOfDate(date) + y % 10 - y));
+        SetDate(IncYear(date_, YearOf(date) + y % 10 - y));
         SetCalendar(cdDecade);
         break;
     }

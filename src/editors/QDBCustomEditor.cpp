@@ -111,23 +111,14 @@ void TQDBCustomEditor::SetDelimiterText(const QString &delimiter)
 int TQDBCustomEditor::GetPickIndex() const
 {
     const TField *f = Field();
-    if (!f || f->IsNull())
-        return -1;
-    if (GetPickOptions().Contains(poStoreItemIndex)) {
-        const int index = f->AsInteger();
-        return index >= 0 && index < GetPickList()->Count() ? index : -1;
-    }
-    return GetPickList()->IndexOf(f->AsString());
+    return f && !f->IsNull() ? settings_->PickItemOf(f->AsString()) : -1;
 }
 
 void TQDBCustomEditor::SetPickIndex(int index)
 {
     if (index < -1 || index >= GetPickList()->Count() || !CanEditModify())
         return;
-    Variant value = Variant::Null();
-    if (index >= 0)
-        value = GetPickOptions().Contains(poStoreItemIndex) ? Variant(index) : Variant(GetPickList()->Get(index));
-    settings_->SetListValue(value);
+    settings_->SetListValue(settings_->PickValueOf(index));
     DataRefresh();
 }
 

@@ -76,13 +76,7 @@ int TQDBGridPickList::CurrentItem() const
 {
     TQColumn *column = Column();
     TField *field = column ? column->GetField() : nullptr;
-    if (!field || field->IsNull())
-        return -1;
-    if (column->GetPickOptions().Contains(poStoreItemIndex)) {
-        const int index = field->AsInteger();
-        return index >= 0 && index < texts_.size() ? index : -1;
-    }
-    return column->GetPickList()->IndexOf(field->AsString());
+    return field && !field->IsNull() ? column->PickItemOf(field->AsString()) : -1;
 }
 
 QList<int> TQDBGridPickList::tickedItems() const
@@ -90,26 +84,15 @@ QList<int> TQDBGridPickList::tickedItems() const
     TQColumn *column = Column();
     TField *field = column ? column->GetField() : nullptr;
     QList<int> ticked;
-    if (!field)
-        return ticked;
-    const bool byIndex = column->GetPickOptions().Contains(poStoreItemIndex);
-    for (const QString &value : column->SplitItems(field->AsString())) {
-        bool number = true;
-        const int item = byIndex ? value.toInt(&number) : column->GetPickList()->IndexOf(value);
-        if (number && item >= 0 && item < texts_.size())
+    for (const QString &value : column && field ? column->SplitItems(field->AsString()) : QStringList())
+        if (const int item = column->PickItemOf(value); item >= 0)
             ticked << item;
-    }
     return ticked;
 }
 
 Variant TQDBGridPickList::ItemValue(int item) const
 {
-    TQColumn *column = Column();
-    if (item < 0 || !column || item >= column->GetPickList()->Count())
-        return Variant::Null();
-    if (column->GetPickOptions().Contains(poStoreItemIndex))
-        return Variant(item);
-    return Variant(column->GetPickList()->Get(item));
+    return Column() ? Column()->PickValueOf(item) : Variant::Null();
 }
 
 void TQDBGridPickList::showItems(const QString &prefix)
@@ -174,9 +157,8 @@ void TQDBGridPickList::DoCloseUp(bool accept)
         values << ItemValue(item).ToString();
     // Values the list does not hold were typed; ticking others keeps them.
     TField *field = column->GetField();
-    const bool byIndex = column->GetPickOptions().Contains(poStoreItemIndex);
     for (const QString &value : column->SplitItems(field ? field->AsString() : QString()))
-        if (!byIndex && column->GetPickList()->IndexOf(value) < 0)
+        if (column->PickItemOf(value) < 0)
             values << value;
     Value = values.isEmpty() ? Variant::Null() : Variant(column->JoinItems(values, TQColumn::ItemsFor::Storing));
 }

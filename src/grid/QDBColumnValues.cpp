@@ -113,12 +113,26 @@ QString TQColumn::FitItems(const QString &shown, const QFontMetrics &metrics, in
     return fitted.isEmpty() ? shown : fitted + delimiter + ellipsis;
 }
 
+int TQColumn::PickItemOf(const QString &value) const
+{
+    if (!pickOptions_.Contains(poStoreItemIndex))
+        return pickList_->IndexOf(value);
+    bool number = false;
+    const int item = value.toInt(&number);
+    return number && item >= 0 && item < pickList_->Count() ? item : -1;
+}
+
+Variant TQColumn::PickValueOf(int item) const
+{
+    if (item < 0 || item >= pickList_->Count())
+        return Variant::Null();
+    return pickOptions_.Contains(poStoreItemIndex) ? Variant(item) : Variant(pickList_->Get(item));
+}
+
 QString TQColumn::ItemText(const QString &value, bool display) const
 {
-    const int item = pickOptions_.Contains(poStoreItemIndex) ? value.toInt() : pickList_->IndexOf(value);
-    const bool known = pickOptions_.Contains(poStoreItemIndex) ? !value.isEmpty() && item >= 0 && item < pickList_->Count()
-                                                               : item >= 0;
-    if (!known)
+    const int item = PickItemOf(value);
+    if (item < 0)
         return value; // a value outside the list shows as it is
     QString text = PickTextActive() && item < pickText_->Count() ? pickText_->Get(item) : pickList_->Get(item);
     if (display && pickOptions_.Contains(poFormatPickText) && !pickOptions_.Contains(poFormatListOnly))
@@ -128,9 +142,6 @@ QString TQColumn::ItemText(const QString &value, bool display) const
 
 QString TQColumn::ItemValue(const QString &text) const
 {
-    const auto valueOf = [this](int item) {
-        return pickOptions_.Contains(poStoreItemIndex) ? QString::number(item) : pickList_->Get(item);
-    };
     if (pickList_->Count() == 0 || text.isEmpty())
         return text;
     int item = (PickTextActive() ? pickText_ : pickList_)->IndexOf(text);
@@ -143,7 +154,7 @@ QString TQColumn::ItemValue(const QString &text) const
             item = typed;
     }
     if (item >= 0)
-        return valueOf(item);
+        return PickValueOf(item).ToString();
     if (pickOptions_.Contains(poListItemsOnly))
         notInList(text);
     return text;

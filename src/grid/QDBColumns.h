@@ -609,6 +609,10 @@ public:
     QString GetDelimiter(ItemsFor use) const;
     // Shown items cut after the last whole item that fits, with an ellipsis for the rest.
     QString FitItems(const QString &shown, const QFontMetrics &metrics, int width) const;
+    // The PickList item a stored value names (its position with poStoreItemIndex, else its
+    // text), -1 for none; and the value stored for an item, NULL for none.
+    int PickItemOf(const QString &value) const;
+    Variant PickValueOf(int item) const;
     // One stored value as the cell shows it (display) or as it is typed: its pick text, and
     // through PickTextFormat where the options format the cell too.
     QString ItemText(const QString &value, bool display) const;

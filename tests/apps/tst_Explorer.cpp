@@ -33,6 +33,16 @@
 
 using namespace qdb;
 
+namespace {
+// A copy of the sample database that a test may change; it goes with the test.
+struct SampleCopy
+{
+    QTemporaryDir dir;
+    QString path = dir.filePath(QStringLiteral("copy.db"));
+    bool made = QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path);
+};
+} // namespace
+
 TEST(Explorer, ATitleClickSortsTheTableAndKeepsTheRecord)
 {
     explorer::ExplorerWindow window;
@@ -198,9 +208,9 @@ TEST(Explorer, OpensOnlyTheTableAskedForWithTheKeysInTheGrid)
 
 TEST(Explorer, BrowsingLeavesTheFileAsItWas)
 {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("copy.db"));
-    ASSERT_TRUE(QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path));
+    const SampleCopy copy;
+    ASSERT_TRUE(copy.made);
+    const QString &path = copy.path;
     auto journal = [&] {
         TSQLConnection look;
         look.SetConnectionString(QStringLiteral("sqlite:") + path);
@@ -289,9 +299,9 @@ TEST(Explorer, TheFooterAddsUpTheTableOrTheSelectedRows)
 
 TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
 {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("copy.db"));
-    ASSERT_TRUE(QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path));
+    const SampleCopy copy;
+    ASSERT_TRUE(copy.made);
+    const QString &path = copy.path;
     MessageLog messages;
     explorer::ExplorerWindow window;
     window.OpenDatabase(path, QStringLiteral("orders"));
@@ -402,9 +412,9 @@ TEST(Explorer, ForeignKeysEditByTheRowsTheyReferToAndFewValuesArePicked)
 
 TEST(Explorer, TheNavigatorAndTheRecordFormEditTheRecord)
 {
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("copy.db"));
-    ASSERT_TRUE(QFile::copy(QStringLiteral(QDB_SAMPLE_DB), path));
+    const SampleCopy copy;
+    ASSERT_TRUE(copy.made);
+    const QString &path = copy.path;
     MessageLog messages;
     explorer::ExplorerWindow window;
     window.OpenDatabase(path, QStringLiteral("customers"));
