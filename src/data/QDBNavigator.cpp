@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QPainter>
+#include <QStyleOptionGroupBox>
 #include <QStyleOptionToolButton>
 
 namespace qdb {
@@ -39,15 +40,14 @@ void TQDBNavButton::paintEvent(QPaintEvent *)
     const bool face = !navigator_->Flat() || hot || pressed;
     if (face) {
         const QPalette &pal = palette();
+        const bool themed = navigator_->ApplyTheme() && navigator_->DrawingStyle() == gdsThemed;
+        // Fine buttons keep their thin edges, or with FineTheme show the theme's face while lit.
+        const bool fine = navigator_->Fine() && !(navigator_->FineTheme() && themed && (hot || pressed));
         if (navigator_->DrawingStyle() == gdsGradient) {
-            QLinearGradient fill(rect().topLeft(), rect().bottomLeft());
-            const QColor base = pal.color(QPalette::Button);
-            fill.setColorAt(0, pressed ? base.darker(115) : base.lighter(hot ? 120 : 110));
-            fill.setColorAt(1, pressed ? base.darker(105) : base.darker(110));
-            painter.fillRect(rect(), fill);
+            painter.fillRect(rect(), navigator_->Gradient().Brush(rect(), pal, hot, pressed));
             painter.setPen(pal.color(QPalette::Mid));
             painter.drawRect(rect().adjusted(0, 0, -1, -1));
-        } else if (navigator_->Fine() || navigator_->DrawingStyle() == gdsClassic || !navigator_->ApplyTheme()) {
+        } else if (fine || !themed) {
             painter.fillRect(rect(), pressed ? pal.color(QPalette::Mid) : pal.color(QPalette::Button));
             painter.setPen(pal.color(navigator_->Fine() ? QPalette::Mid : (pressed ? QPalette::Dark : QPalette::Light)));
             painter.drawRect(rect().adjusted(0, 0, -1, -1));
@@ -200,6 +200,18 @@ void TQDBNavigator::SetFine(bool on)
     restyle();
 }
 
+void TQDBNavigator::SetFineTheme(bool on)
+{
+    fineTheme_ = on;
+    restyle();
+}
+
+void TQDBNavigator::SetGradient(const TQGradient &gradient)
+{
+    gradient_ = gradient;
+    restyle();
+}
+
 void TQDBNavigator::SetFlat(bool on)
 {
     flat_ = on;
@@ -230,6 +242,53 @@ TQDBText::TQDBText(QWidget *parent) : TDBText(parent) {}
 
 TQDBCheckBox::TQDBCheckBox(QWidget *parent) : TDBCheckBox(parent) {}
 
-TQDBRadioGroup::TQDBRadioGroup(QWidget *parent) : TDBRadioGroup(parent) {}
+TQDBRadioGroup::TQDBRadioGroup(QWidget *parent) : TDBRadioGroup(parent)
+{
+    connect(this, &QGroupBox::toggled, this, [this] {
+        if (OnCheckBoxChanged)
+            OnCheckBoxChanged(this);
+    });
+}
+
+void TQDBRadioGroup::SetGradient(const TQGradient &gradient)
+{
+    gradient_ = gradient;
+    update();
+}
+
+void TQDBRadioGroup::SetParentBackground(bool on)
+{
+    parentBackground_ = on;
+    update();
+}
+
+void TQDBRadioGroup::SetPartialBackground(bool on)
+{
+    partialBackground_ = on;
+    update();
+}
+
+void TQDBRadioGroup::paintEvent(QPaintEvent *event)
+{
+    if (!parentBackground_) {
+        QRect area = rect();
+        if (partialBackground_) {
+            QStyleOptionGroupBox option;
+            initStyleOption(&option);
+            const auto part = [&](QStyle::SubControl control) {
+                return option.subControls & control ? style()->subControlRect(QStyle::CC_GroupBox, &option, control, this)
+                                                    : QRect();
+            };
+            area = part(QStyle::SC_GroupBoxFrame);
+            // Some styles give the frame the whole box and draw its line under the caption.
+            const QRect caption = part(QStyle::SC_GroupBoxLabel) | part(QStyle::SC_GroupBoxCheckBox);
+            if (!caption.isEmpty() && area.top() <= caption.top())
+                area.setTop(caption.bottom() + 1);
+        }
+        QPainter painter(this);
+        painter.fillRect(area, gradient_.IsEmpty() ? palette().brush(QPalette::Window) : gradient_.Brush(area, palette()));
+    }
+    TDBRadioGroup::paintEvent(event);
+}
 
 } // namespace qdb

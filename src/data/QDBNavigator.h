@@ -3,6 +3,7 @@
 // The package's navigator, with captions beside or under its glyphs and buttons drawn flat,
 // themed or in a gradient, and its data controls that can show their parent through them.
 
+#include "data/QDBGradient.h"
 #include "platform/dbctrls/DBCtrls.h"
 #include "platform/dbctrls/DBNavigator.h"
 #include "platform/grids/Grids.h"
@@ -48,6 +49,8 @@ class TQDBNavigator : public TDBNavigator
     Q_PROPERTY(qdb::TStrings *Captions READ Captions)
     Q_PROPERTY(qdb::Grids::TGridDrawingStyle DrawingStyle READ DrawingStyle WRITE SetDrawingStyle)
     Q_PROPERTY(bool Fine READ Fine WRITE SetFine)
+    Q_PROPERTY(bool FineTheme READ FineTheme WRITE SetFineTheme)
+    Q_PROPERTY(qdb::TQGradient Gradient READ Gradient WRITE SetGradient)
     Q_PROPERTY(bool Flat READ Flat WRITE SetFlat)
     Q_PROPERTY(qdb::QDBNavTypes::TButtonLayout Layout READ Layout WRITE SetLayout)
     Q_PROPERTY(int Margin READ Margin WRITE SetMargin)
@@ -71,6 +74,12 @@ public:
     // Thin single-line edges in place of the style's raised ones.
     bool Fine() const { return fine_; }
     void SetFine(bool on);
+    // Fine buttons under the mouse or pressed take the theme's face.
+    bool FineTheme() const { return fineTheme_; }
+    void SetFineTheme(bool on);
+    // The colours of the gradient drawing style.
+    const TQGradient &Gradient() const { return gradient_; }
+    void SetGradient(const TQGradient &gradient);
     // Buttons show their edges only under the mouse.
     bool Flat() const { return flat_; }
     void SetFlat(bool on);
@@ -99,6 +108,8 @@ private:
     bool applyTheme_ = true;
     TGridDrawingStyle drawingStyle_ = gdsThemed;
     bool fine_ = false;
+    bool fineTheme_ = false;
+    TQGradient gradient_;
     bool flat_ = false;
     TButtonLayout layout_ = blGlyphLeft;
     int margin_ = -1;
@@ -128,12 +139,40 @@ public:
     void SetTransparent(bool on) { setAutoFillBackground(!on); }
 };
 
+// A radio group that may carry a check box in its frame (unticked, its buttons rest) and fills
+// its background with its own colour or a gradient, or lets its parent show through.
 class TQDBRadioGroup : public TDBRadioGroup
 {
     Q_OBJECT
+    Q_PROPERTY(bool CheckBox READ CheckBox WRITE SetCheckBox)
+    Q_PROPERTY(qdb::TQGradient Gradient READ Gradient WRITE SetGradient)
+    Q_PROPERTY(bool ParentBackground READ ParentBackground WRITE SetParentBackground)
+    Q_PROPERTY(bool PartialBackground READ PartialBackground WRITE SetPartialBackground)
 
 public:
     explicit TQDBRadioGroup(QWidget *parent = nullptr);
+
+    bool CheckBox() const { return isCheckable(); }
+    void SetCheckBox(bool on) { setCheckable(on); }
+    // A gradient fills the background unless it has no colours of its own.
+    const TQGradient &Gradient() const { return gradient_; }
+    void SetGradient(const TQGradient &gradient);
+    // The parent's background shows through; nothing is filled.
+    bool ParentBackground() const { return parentBackground_; }
+    void SetParentBackground(bool on);
+    // Only the frame is filled, not the band of the caption above it.
+    bool PartialBackground() const { return partialBackground_; }
+    void SetPartialBackground(bool on);
+
+    TNotifyEvent OnCheckBoxChanged;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    TQGradient gradient_;
+    bool parentBackground_ = false;
+    bool partialBackground_ = true;
 };
 
 } // namespace qdb

@@ -80,3 +80,78 @@ TEST(QDBNavigator, ButtonsAreDrawnInEachStyleAndReachedByTab)
     QTest::keyClick(next, Qt::Key_Space);
     EXPECT_EQ(table.RecNo(), 3);
 }
+
+TEST(QDBNavigator, GradientColoursAndFineThemeChangeTheFace)
+{
+    TQDBNavigator navigator;
+    navigator.resize(navigator.sizeHint());
+    navigator.show();
+    QApplication::processEvents();
+    QAbstractButton *next = navigator.Button(nbNext);
+    navigator.SetDrawingStyle(gdsGradient);
+    const QImage ownColours = next->grab().toImage();
+    navigator.SetGradient({QColor(Qt::red), QColor(Qt::blue)});
+    const QImage red = next->grab().toImage();
+    EXPECT_NE(red, ownColours);
+    const QPoint top(red.width() / 2, 2), bottom(red.width() / 2, red.height() - 3);
+    EXPECT_GT(red.pixelColor(top).red(), red.pixelColor(bottom).red());
+    EXPECT_LT(red.pixelColor(top).blue(), red.pixelColor(bottom).blue());
+    navigator.SetDrawingStyle(gdsThemed);
+    navigator.SetFine(true);
+    const QImage fine = next->grab().toImage();
+    navigator.SetFineTheme(true); // changes only lit buttons
+    EXPECT_EQ(next->grab().toImage(), fine);
+}
+
+TEST(QDBNavigator, ARadioGroupFillsItsFrameOrShowsItsParent)
+{
+    QWidget form;
+    form.setAutoFillBackground(true);
+    QPalette pal = form.palette();
+    pal.setColor(QPalette::Window, Qt::green);
+    form.setPalette(pal);
+    auto *group = new TQDBRadioGroup(&form);
+    group->setTitle(QStringLiteral("Size"));
+    group->Items()->SetText(QStringLiteral("S\nM"));
+    QPalette own = group->palette();
+    own.setColor(QPalette::Window, Qt::yellow);
+    group->setPalette(own);
+    group->resize(120, 90);
+    form.resize(140, 110);
+    form.show();
+    QApplication::processEvents();
+
+    // A point in the caption's band and one inside the frame beside the buttons.
+    const auto colours = [&form, group] {
+        const QImage image = form.grab().toImage();
+        const qreal dpr = form.devicePixelRatioF();
+        return std::pair{image.pixelColor(QPointF(group->width() - 20, 3).toPoint() * dpr),
+                         image.pixelColor(QPointF(group->width() - 20, group->height() - 20).toPoint() * dpr)};
+    };
+    // Some styles lay a faint veil over the frame.
+    const auto near = [](const QColor &a, Qt::GlobalColor b) {
+        const QColor c(b);
+        return qAbs(a.red() - c.red()) + qAbs(a.green() - c.green()) + qAbs(a.blue() - c.blue()) < 16;
+    };
+    auto [band, frame] = colours();
+    EXPECT_TRUE(near(band, Qt::green)) << band.name().toStdString(); // only the frame is filled
+    EXPECT_TRUE(near(frame, Qt::yellow)) << frame.name().toStdString();
+    group->SetPartialBackground(false);
+    std::tie(band, frame) = colours();
+    EXPECT_TRUE(near(band, Qt::yellow)) << band.name().toStdString();
+    group->SetParentBackground(true);
+    std::tie(band, frame) = colours();
+    EXPECT_TRUE(near(frame, Qt::green)) << frame.name().toStdString();
+    group->SetParentBackground(false);
+    group->SetGradient({QColor(Qt::red), QColor(Qt::blue)});
+    std::tie(band, frame) = colours();
+    EXPECT_GT(band.red(), frame.red());
+
+    // The check box in the frame rests the buttons while unticked.
+    int changes = 0;
+    group->OnCheckBoxChanged = [&changes](TObject *) { ++changes; };
+    group->SetCheckBox(true);
+    group->setChecked(false);
+    EXPECT_EQ(changes, 1);
+    EXPECT_FALSE(group->Button(0)->isEnabled());
+}

@@ -3,6 +3,7 @@
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
 
+#include <QApplication>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QRadioButton>
@@ -11,30 +12,56 @@ namespace qdb {
 
 namespace {
 
-// Binds a control's link: it shows the field again whenever the record or the field changes.
-void Bind(TFieldDataLink &link, QObject *control, const std::function<void()> &refresh)
+// Binds a control's link: it shows the field again whenever the record or the field changes,
+// and writes the control's value into the field when the record is updated.
+void Bind(TFieldDataLink &link, QObject *control, const std::function<void()> &refresh,
+          const std::function<void()> &update = nullptr)
 {
     link.SetControl(control);
     link.OnDataChange = [refresh](TObject *) { refresh(); };
     link.OnActiveChange = [refresh](TObject *) { refresh(); };
+    if (update)
+        link.OnUpdateData = [update](TObject *) { update(); };
 }
 
 void Unbind(TFieldDataLink &link)
 {
     link.OnDataChange = nullptr;
     link.OnActiveChange = nullptr;
+    link.OnUpdateData = nullptr;
     link.SetDataSource(nullptr);
 }
 
-// Writes a value the user chose; what the field refuses is shown and nothing changes.
-bool Write(const std::function<void()> &write)
+// Keys every editing data control shares: Backspace and Space start the edit, Esc takes back
+// what the control changed.
+bool DataControlKey(TFieldDataLink &link, QKeyEvent *event)
 {
-    try {
-        write();
+    switch (event->key()) {
+    case Qt::Key_Backspace:
+    case Qt::Key_Space:
+        link.Edit();
+        return false; // Space goes on to the button
+    case Qt::Key_Escape:
+        if (!link.IsModified())
+            return false; // nothing to take back: the dialog may close
+        link.Reset();
         return true;
-    } catch (const Exception &e) {
-        MessageDlg(e.Message(), mtError, {mbOK});
+    default:
         return false;
+    }
+}
+
+// A control's change reaches the field when the focus leaves it; a value the field refuses
+// keeps the focus there with what the user chose.
+void DataControlExit(TFieldDataLink &link, QWidget *control)
+{
+    if (!link.IsModified())
+        return;
+    try {
+        link.UpdateRecord();
+    } catch (const Exception &e) {
+        control->setFocus();
+        MessageDlg(e.Message(), mtError, {mbOK});
     }
 }
 
@@ -74,7 +101,7 @@ void TDBText::DataChange()
 TDBCheckBox::TDBCheckBox(QWidget *parent) : QCheckBox(parent)
 {
     setTristate(true);
-    Bind(link_, this, [this] { DataChange(); });
+    Bind(link_, this, [this] { DataChange(); }, [this] { UpdateData(); });
     SetValueChecked(QStringLiteral("True"));
     SetValueUnchecked(QStringLiteral("False"));
 }
@@ -136,21 +163,37 @@ void TDBCheckBox::DataChange()
 
 void TDBCheckBox::nextCheckState()
 {
-    TField *f = Field();
-    if (readOnly_ || !f || !link_.Edit())
+    if (!link_.Edit())
         return; // nothing may change: the box keeps showing the field
     Qt::CheckState next = checkState() == Qt::Checked ? Qt::Unchecked : Qt::Checked;
     if (allowGrayed_ && checkState() == Qt::Unchecked)
         next = Qt::PartiallyChecked;
-    Write([&] {
-        if (next == Qt::PartiallyChecked)
-            f->Clear();
-        else if (f->DataType() == ftBoolean)
-            f->SetAsBoolean(next == Qt::Checked);
-        else
-            f->SetAsString((next == Qt::Checked ? valueChecked_ : valueUnchecked_).section(QLatin1Char(';'), 0, 0));
-    });
-    DataChange();
+    setCheckState(next);
+    link_.Modified();
+}
+
+void TDBCheckBox::UpdateData()
+{
+    TField *f = Field();
+    const Qt::CheckState state = checkState();
+    if (state == Qt::PartiallyChecked)
+        f->Clear();
+    else if (f->DataType() == ftBoolean)
+        f->SetAsBoolean(state == Qt::Checked);
+    else
+        f->SetAsString((state == Qt::Checked ? valueChecked_ : valueUnchecked_).section(QLatin1Char(';'), 0, 0));
+}
+
+void TDBCheckBox::keyPressEvent(QKeyEvent *event)
+{
+    if (!DataControlKey(link_, event))
+        QCheckBox::keyPressEvent(event);
+}
+
+void TDBCheckBox::focusOutEvent(QFocusEvent *event)
+{
+    QCheckBox::focusOutEvent(event);
+    DataControlExit(link_, this);
 }
 
 // ---- the radio group ----
@@ -160,7 +203,7 @@ TDBRadioGroup::TDBRadioGroup(QWidget *parent)
 {
     buttons_.setExclusive(true);
     new QGridLayout(this);
-    Bind(link_, this, [this] { DataChange(); });
+    Bind(link_, this, [this] { DataChange(); }, [this] { UpdateData(); });
     items_->OnChange = [this](TObject *) { buildButtons(); };
     // The buttons' values changed: the field's value is looked for again.
     values_->OnChange = [this](TObject *) { showField(); };
@@ -204,6 +247,7 @@ void TDBRadioGroup::buildButtons()
     const int rows = (count + columns_ - 1) / columns_;
     for (int i = 0; i < count; ++i) {
         auto *button = new QRadioButton(items_->Get(i), this);
+        button->installEventFilter(this);
         buttons_.addButton(button, i);
         grid->addWidget(button, rows > 0 ? i % rows : 0, rows > 0 ? i / rows : 0);
     }
@@ -262,15 +306,28 @@ void TDBRadioGroup::Change()
 
 void TDBRadioGroup::Click(int index)
 {
-    TField *f = Field();
     // Refused, the field's own value is checked again.
-    if (readOnly_ || !f || !link_.Edit()) {
+    if (!link_.Edit()) {
         showField();
         return;
     }
-    const QString value = GetButtonValue(index);
-    if (!Write([&] { f->SetText(value); }))
-        showField();
+    SetValue(GetButtonValue(index));
+    link_.Modified();
+}
+
+void TDBRadioGroup::UpdateData()
+{
+    Field()->SetText(value_);
+}
+
+bool TDBRadioGroup::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && DataControlKey(link_, static_cast<QKeyEvent *>(event)))
+        return true;
+    // Moving between the buttons stays in the group.
+    if (event->type() == QEvent::FocusOut && !isAncestorOf(QApplication::focusWidget()))
+        DataControlExit(link_, static_cast<QWidget *>(watched));
+    return QGroupBox::eventFilter(watched, event);
 }
 
 } // namespace qdb

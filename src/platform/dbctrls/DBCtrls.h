@@ -39,7 +39,8 @@ private:
 
 // Checked while the field holds one of ValueChecked (";" between alternatives; a boolean
 // field its true), unchecked for ValueUnchecked, and in the third state for NULL or any
-// other value. Toggling writes the first alternative of the state it reaches.
+// other value. Toggling starts the edit; the first alternative of the state reached is
+// written when the focus leaves the box or the record is posted, and Esc takes it back.
 class TDBCheckBox : public QCheckBox
 {
     Q_OBJECT
@@ -63,8 +64,8 @@ public:
     void SetValueChecked(const QString &values);
     QString ValueUnchecked() const { return valueUnchecked_; }
     void SetValueUnchecked(const QString &values);
-    bool ReadOnly() const { return readOnly_; }
-    void SetReadOnly(bool on) { readOnly_ = on; }
+    bool ReadOnly() const { return link_.ReadOnly(); }
+    void SetReadOnly(bool on) { link_.SetReadOnly(on); }
     // Whether a click may also reach the third state (which writes NULL).
     bool AllowGrayed() const { return allowGrayed_; }
     void SetAllowGrayed(bool on) { allowGrayed_ = on; }
@@ -73,7 +74,11 @@ public:
 
 protected:
     virtual void DataChange();
+    // Writes the state into the field.
+    virtual void UpdateData();
     void nextCheckState() override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
 
 private:
     void showState();
@@ -81,13 +86,13 @@ private:
     TFieldDataLink link_;
     QString valueChecked_;
     QString valueUnchecked_;
-    bool readOnly_ = false;
     bool allowGrayed_ = false;
 };
 
 // One radio button for each of Items; the button whose value (its line of Values, or its
 // item when that line is missing or empty) the field holds is checked, none when no button
-// has the value. Choosing a button writes its value.
+// has the value. Choosing a button starts the edit; its value is written when the focus
+// leaves the group or the record is posted, and Esc takes it back.
 class TDBRadioGroup : public QGroupBox
 {
     Q_OBJECT
@@ -111,8 +116,8 @@ public:
     TStrings *Values() const { return values_; }
     int Columns() const { return columns_; }
     void SetColumns(int columns);
-    bool ReadOnly() const { return readOnly_; }
-    void SetReadOnly(bool on) { readOnly_ = on; }
+    bool ReadOnly() const { return link_.ReadOnly(); }
+    void SetReadOnly(bool on) { link_.SetReadOnly(on); }
     // The checked button, -1 for none.
     int ItemIndex() const { return buttons_.checkedId(); }
     QAbstractButton *Button(int index) const { return buttons_.button(index); }
@@ -128,6 +133,9 @@ protected:
     virtual void Change();
     // A button was chosen by the user.
     virtual void Click(int index);
+    // Writes the chosen value into the field.
+    virtual void UpdateData();
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void buildButtons();
@@ -141,7 +149,6 @@ private:
     TStrings *values_;
     QString value_;
     int columns_ = 1;
-    bool readOnly_ = false;
     bool inUpdate_ = false;
 };
 

@@ -9,6 +9,7 @@
 #include "platform/db/MemTable.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QRadioButton>
 #include <QTest>
 
@@ -68,36 +69,51 @@ TEST_F(DataControls, ACheckBoxShowsAndWritesItsValues)
 {
     auto *paid = add<TDBCheckBox>("Paid");
     auto *flag = add<TDBCheckBox>("Flag");
+    auto *other = new QLineEdit(&form);
     flag->SetValueChecked(QStringLiteral("Y;Yes"));
     flag->SetValueUnchecked(QStringLiteral("N;No"));
     form.show();
+    QApplication::setActiveWindow(&form);
     EXPECT_EQ(paid->checkState(), Qt::Checked);
     EXPECT_EQ(flag->checkState(), Qt::Checked);
 
+    // Space toggles and starts the edit; the field takes the state when the focus leaves.
     paid->setFocus();
     QTest::keyClick(paid, Qt::Key_Space);
     EXPECT_EQ(table.State(), dsEdit);
-    EXPECT_EQ(field("Paid"), "False");
     EXPECT_EQ(paid->checkState(), Qt::Unchecked);
+    EXPECT_EQ(field("Paid"), "True");
+    other->setFocus();
+    EXPECT_EQ(field("Paid"), "False");
+    // Esc takes back a toggle not yet written.
     QTest::mouseClick(flag, Qt::LeftButton);
+    EXPECT_EQ(flag->checkState(), Qt::Unchecked);
+    QTest::keyClick(flag, Qt::Key_Escape);
+    EXPECT_EQ(flag->checkState(), Qt::Checked);
+    QTest::mouseClick(flag, Qt::LeftButton);
+    table.Post(); // posting writes what the box shows
     EXPECT_EQ(field("Flag"), "N"); // the first of the unchecked values
-    table.Post();
 
     // NULL and a value of neither list show the third state, and nothing is written until
     // the user toggles.
     table.Next();
     EXPECT_EQ(paid->checkState(), Qt::PartiallyChecked);
     EXPECT_EQ(flag->checkState(), Qt::PartiallyChecked);
+    flag->setFocus();
+    other->setFocus();
     EXPECT_EQ(table.State(), dsBrowse);
     EXPECT_EQ(field("Flag"), "maybe");
+    QTest::keyClick(flag, Qt::Key_Backspace); // starts the edit, changes nothing
+    EXPECT_EQ(table.State(), dsEdit);
+    EXPECT_EQ(flag->checkState(), Qt::PartiallyChecked);
     QTest::mouseClick(flag, Qt::LeftButton);
+    table.Post();
     EXPECT_EQ(field("Flag"), "Y");
-    table.Cancel();
 
     // A read-only box, or read-only data, changes nothing.
     flag->SetReadOnly(true);
     QTest::mouseClick(flag, Qt::LeftButton);
-    EXPECT_EQ(flag->checkState(), Qt::PartiallyChecked);
+    EXPECT_EQ(flag->checkState(), Qt::Checked);
     EXPECT_EQ(table.State(), dsBrowse);
     table.SetReadOnly(true);
     QTest::mouseClick(paid, Qt::LeftButton);
@@ -108,24 +124,35 @@ TEST_F(DataControls, ACheckBoxShowsAndWritesItsValues)
 TEST_F(DataControls, ARadioGroupChecksTheButtonOfTheValue)
 {
     auto *size = add<TDBRadioGroup>("Size");
+    auto *other = new QLineEdit(&form);
+    other->move(0, 200);
     int changes = 0;
     size->OnChange = [&changes](TObject *) { ++changes; };
     size->Items()->SetText(QStringLiteral("Small\nMedium\nL"));
     size->Values()->SetText(QStringLiteral("S\nM")); // the third button's value is its item
     form.show();
+    QApplication::setActiveWindow(&form);
     size->resize(size->sizeHint());
     QApplication::processEvents();
     EXPECT_EQ(size->ItemIndex(), 1);
     EXPECT_EQ(size->GetButtonValue(2), "L");
     EXPECT_GT(changes, 0);
 
-    // A click on a button's round mark.
+    // A click on a button's round mark starts the edit; the value is written on leaving.
     const auto choose = [size](int i) {
         QTest::mouseClick(size->Button(i), Qt::LeftButton, {}, QPoint(6, size->Button(i)->height() / 2));
     };
     choose(2);
-    EXPECT_EQ(field("Size"), "L");
+    EXPECT_EQ(size->Value(), "L");
     EXPECT_EQ(table.State(), dsEdit);
+    EXPECT_EQ(field("Size"), "M");
+    QTest::keyClick(size->Button(2), Qt::Key_Escape);
+    EXPECT_EQ(size->ItemIndex(), 1);
+    choose(0);
+    choose(2);
+    size->Button(2)->setFocus();
+    other->setFocus();
+    EXPECT_EQ(field("Size"), "L");
     table.Post();
 
     table.Next(); // "Q" is no button's value

@@ -1,0 +1,40 @@
+#pragma once
+
+// The colours of a gradient face shared by the package's controls. A colour left invalid
+// follows the palette (a lighter or a darker button colour), so a gradient suits every style,
+// dark palettes included.
+
+#include <QBrush>
+#include <QColor>
+#include <QMetaType>
+#include <QObject>
+
+class QPalette;
+class QRect;
+
+namespace qdb {
+
+class TQGradient
+{
+    Q_GADGET
+    Q_PROPERTY(QColor StartColor MEMBER StartColor)
+    Q_PROPERTY(QColor EndColor MEMBER EndColor)
+    Q_PROPERTY(Qt::Orientation Direction MEMBER Direction)
+
+public:
+    QColor StartColor;
+    QColor EndColor;
+    // Vertical runs from top to bottom, horizontal from left to right.
+    Qt::Orientation Direction = Qt::Vertical;
+
+    // No colour of its own.
+    bool IsEmpty() const { return !StartColor.isValid() && !EndColor.isValid(); }
+    // The brush for a face; hot lightens it, pressed darkens it.
+    QBrush Brush(const QRect &rect, const QPalette &palette, bool hot = false, bool pressed = false) const;
+
+    friend bool operator==(const TQGradient &, const TQGradient &) = default;
+};
+
+} // namespace qdb
+
+Q_DECLARE_METATYPE(qdb::TQGradient)
