@@ -1,6 +1,8 @@
 #include "ExplorerWindow.h"
 #include "Schema.h"
 
+#include "filter/QDBGridFilter.h"
+
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
 
@@ -40,6 +42,8 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     grid_->SetOptions(grid_->GetOptions() + dgAlwaysShowSelection + dgMultiSelect);
     // A title click sorts the table; the record the user is on stays current.
     grid_->SetOptionsEx(grid_->GetOptionsEx() + dgLoadCurrentOrder + dgAutoUpdateOrder + dgAutoKeepSelection);
+    // Each title drops the list of its column's values to tick.
+    grid_->GetFilterGrid()->SetAutoFilter(true);
 
     // The navigator under the grid moves through and edits the same records.
     navigator_->SetDataSource(&source_);

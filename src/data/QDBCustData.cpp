@@ -16,14 +16,14 @@ TQDBCustomData::~TQDBCustomData()
     }
 }
 
-TBookmark TQDBCustomData::indexBookmark(int index)
+TBookmark TQDBCustomData::IndexBookmark(int index)
 {
     TBookmark b(sizeof(qint32), Qt::Uninitialized);
     qToLittleEndian(qint32(index), b.data());
     return b;
 }
 
-int TQDBCustomData::bookmarkIndex(const TBookmark &bookmark)
+int TQDBCustomData::BookmarkIndex(const TBookmark &bookmark)
 {
     return bookmark.size() == int(sizeof(qint32)) ? qFromLittleEndian<qint32>(bookmark.constData()) : -1;
 }
@@ -87,7 +87,7 @@ TGetResult TQDBCustomData::InternalGetRecord(TRecordBuffer &buffer, TGetMode mod
         return grEOF;
     cursor_ = index;
     buffer.row = index;
-    buffer.bookmark = indexBookmark(index);
+    buffer.bookmark = IndexBookmark(index);
     buffer.flag = bfCurrent;
     buffer.ClearValues();
     GetCalcFields(buffer);
@@ -136,17 +136,17 @@ void TQDBCustomData::SetRecNo(int recNo)
 
 void TQDBCustomData::InternalSetToRecord(TRecordBuffer &buffer)
 {
-    cursor_ = buffer.flag == bfInserted && buffer.row < 0 ? bookmarkIndex(buffer.bookmark) : int(buffer.row);
+    cursor_ = buffer.flag == bfInserted && buffer.row < 0 ? BookmarkIndex(buffer.bookmark) : int(buffer.row);
 }
 
 void TQDBCustomData::InternalGotoBookmark(const TBookmark &bookmark)
 {
-    cursor_ = bookmarkIndex(bookmark);
+    cursor_ = BookmarkIndex(bookmark);
 }
 
 bool TQDBCustomData::BookmarkValid(const TBookmark &bookmark) const
 {
-    const int index = bookmarkIndex(bookmark);
+    const int index = BookmarkIndex(bookmark);
     return !bookmark.isEmpty() && index >= 0 && index < recordCount_;
 }
 
@@ -154,7 +154,7 @@ int TQDBCustomData::CompareBookmarks(const TBookmark &a, const TBookmark &b) con
 {
     if (a.isEmpty() || b.isEmpty())
         return a.isEmpty() ? (b.isEmpty() ? 0 : -1) : 1;
-    const int x = bookmarkIndex(a), y = bookmarkIndex(b);
+    const int x = BookmarkIndex(a), y = BookmarkIndex(b);
     return x < y ? -1 : (x > y ? 1 : 0);
 }
 
@@ -193,7 +193,7 @@ void TQDBCustomData::InternalPost()
         else if (buffer.flag == bfBOF)
             index = 0;
         else
-            index = bookmarkIndex(buffer.bookmark);
+            index = BookmarkIndex(buffer.bookmark);
         index = qBound(0, index, recordCount_);
         DoOnInsertRecord(index);
     }

@@ -41,6 +41,9 @@ public:
     bool FindRecord(bool restart, bool forward);
     // The fields written since the current edit began, in the order first written.
     const QList<TField *> &ModifiedFields() const { return modifiedFields_; }
+    // The bookmark of a record index, and back.
+    static TBookmark IndexBookmark(int index);
+    static int BookmarkIndex(const TBookmark &bookmark);
 
 protected:
     // ---- the contract for descendants ----
@@ -89,8 +92,6 @@ protected:
     virtual void InternalAddRecord(TRecordBuffer &buffer, bool append);
 
 private:
-    static TBookmark indexBookmark(int index);
-    static int bookmarkIndex(const TBookmark &bookmark);
 
     int recordCount_ = 0;
     int cursor_ = -1;

@@ -167,8 +167,8 @@ QSize TQDBPopupList::CalcSize()
     int titles = 0;
     for (int r = 0; r < FixedRows(); ++r)
         titles += RowHeights(r) + line;
-    int columns = 0;
-    for (int c = FixedCols(); c < ColCount(); ++c)
+    int columns = 0; // the ticks' column too
+    for (int c = 0; c < ColCount(); ++c)
         columns += qMax(0, ColWidths(c)) + line;
     const int frame = 2 * frameWidth();
     const int scrollBar = verticalScrollBar()->sizeHint().width();
@@ -277,6 +277,11 @@ TQDBGridDropDownList::TQDBGridDropDownList(TQDBGridEditor *editor, TQColumn *col
 {
 }
 
+TQDBGridDropDownList::TQDBGridDropDownList(TQCustomDBGrid *grid, TQColumn *column)
+    : QObject(grid), grid_(grid), column_(column)
+{
+}
+
 TQDBGridDropDownList::~TQDBGridDropDownList()
 {
     delete popup_.data();
@@ -284,12 +289,12 @@ TQDBGridDropDownList::~TQDBGridDropDownList()
 
 TQCustomDBGrid *TQDBGridDropDownList::Grid() const
 {
-    return editor_ ? editor_->DBGrid() : nullptr;
+    return editor_ ? editor_->DBGrid() : grid_;
 }
 
 TQDBPopupList *TQDBGridDropDownList::CreatePopup()
 {
-    return new TQDBPopupList(editor_);
+    return new TQDBPopupList(editor_ ? static_cast<QWidget *>(editor_) : grid_);
 }
 
 TDataSet *TQDBGridDropDownList::ListDataSet() const
@@ -320,7 +325,7 @@ void TQDBGridDropDownList::DropDown()
     popup_->MinWidth = qMax(bounds_.width(), column_ ? column_->GetDropDownWidth() : 0);
     if (OnDropDown)
         OnDropDown(editor_, this);
-    QWidget *origin = editor_->parentWidget() ? editor_->parentWidget() : editor_;
+    QWidget *origin = !editor_ ? grid_->viewport() : editor_->parentWidget() ? editor_->parentWidget() : editor_;
     popup_->PlaceUnder(QRect(origin->mapToGlobal(bounds_.topLeft()), bounds_.size()));
 }
 

@@ -43,7 +43,7 @@ public:
     void SetCheckList(bool on);
     bool CheckList() const { return checkList_; }
     // Ticks or clears the current row.
-    void ToggleCheck();
+    virtual void ToggleCheck();
 
     bool IsOpen() const { return open_; }
     QWidget *EditBox() const { return editBox_; }
@@ -80,6 +80,9 @@ class TQDBGridDropDownList : public QObject
 
 public:
     Q_INVOKABLE TQDBGridDropDownList(qdb::TQDBGridEditor *editor, qdb::TQColumn *column);
+    // A list that drops from the grid itself (a title) rather than from an editor; its
+    // bounds are in the co-ordinates of the grid's viewport.
+    TQDBGridDropDownList(TQCustomDBGrid *grid, TQColumn *column);
     ~TQDBGridDropDownList() override;
 
     TQDBGridEditor *Editor() const { return editor_; }
@@ -124,7 +127,8 @@ protected:
 private:
     void closed(bool accept);
 
-    TQDBGridEditor *editor_;
+    TQDBGridEditor *editor_ = nullptr;
+    TQCustomDBGrid *grid_ = nullptr;
     QPointer<TQColumn> column_;
     QPointer<TQDBPopupList> popup_;
     QRect bounds_;

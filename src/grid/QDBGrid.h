@@ -550,6 +550,12 @@ public:
     TFilterRecordEvent FilterRecordMethod();
     // Whether a column's title shows the filter button.
     bool HasFilterButton(const TQColumn *column) const;
+    // The column whose title's filter button is at a point of the viewport, if any.
+    TQColumn *FilterButtonAt(const QPoint &point) const;
+    // Drops the column's value list under its title (fsFilterList), else opens its filter
+    // form through OnShowFilterForm.
+    void ShowAutoFilter(TQColumn *column);
+    std::function<void(TQColumn *column)> OnShowFilterForm;
     void InvalidateTitles();
     TNotifyEvent OnFilterUpdated;
 

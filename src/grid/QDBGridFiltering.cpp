@@ -1,6 +1,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "filter/QDBFilterList.h"
 #include "filter/QDBGridFilter.h"
 #include "platform/rtl/Strings.h"
 
@@ -25,6 +26,41 @@ bool TQCustomDBGrid::HasFilterButton(const TQColumn *column) const
     const TQDBGridFilter *f = GetFilterGrid();
     return f->GetAutoFilter() && !f->GetAutoFilters().IsEmpty() && column && column->GetTitle()->GetAutoFilter()
         && !column->GetTitle()->GetAutoFilters().IsEmpty() && column->GetField();
+}
+
+TQColumn *TQCustomDBGrid::FilterButtonAt(const QPoint &point) const
+{
+    for (auto it = d_->filterButtons.crbegin(); it != d_->filterButtons.crend(); ++it)
+        if (it->first && it->second.contains(point) && HasFilterButton(it->first))
+            return it->first;
+    return nullptr;
+}
+
+void TQCustomDBGrid::ShowAutoFilter(TQColumn *column)
+{
+    if (!HasFilterButton(column))
+        return;
+    delete d_->filterList.data();
+    const TFilterStyles styles = GetFilterGrid()->GetAutoFilters() * column->GetTitle()->GetAutoFilters();
+    if (!styles.Contains(fsFilterList)) {
+        if (OnShowFilterForm)
+            OnShowFilterForm(column);
+        return;
+    }
+    auto *list = new TQDBGridFilterList(this, column);
+    d_->filterList = list;
+    list->OnShowFilterForm = [this](TQColumn *c) {
+        if (OnShowFilterForm)
+            OnShowFilterForm(c);
+    };
+    // The list hangs under the column's title, as wide as the column at least.
+    QRect cell;
+    for (const auto &[shown, button] : d_->filterButtons)
+        if (shown == column)
+            cell = CellRect(MouseCoord(button.center().x(), button.center().y()).x(), 0);
+    list->SetBounds(QRect(cell.left(), 0, cell.width(), RowAxis().FixedExtent()));
+    list->OnCloseUp = [list](QObject *, bool) { list->deleteLater(); };
+    showingErrors([&] { list->DropDown(); });
 }
 
 void TQCustomDBGrid::InvalidateTitles()

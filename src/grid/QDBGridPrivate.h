@@ -34,6 +34,9 @@ struct TQCustomDBGrid::Private
     std::unique_ptr<TQGridDataLink> link;
     TQDBGridTotals *totals = nullptr; // a child of the grid
     TQDBGridFilter *filter = nullptr; // a child of the grid
+    // Where the titles' filter buttons were last painted, for clicks to find them.
+    QList<QPair<QPointer<TQColumn>, QRect>> filterButtons;
+    QPointer<QObject> filterList; // the value list open under a title
     // The application's filter, kept while the grid's is installed.
     QString savedFilter;
     bool savedFiltered = false;

@@ -35,6 +35,13 @@ void TQCustomDBGrid::selectByMouse(int, int, Qt::KeyboardModifiers modifiers)
 void TQCustomDBGrid::mousePressEvent(QMouseEvent *event)
 {
     const QPoint p = event->position().toPoint();
+    if (event->button() == Qt::LeftButton) {
+        if (TQColumn *column = FilterButtonAt(p)) {
+            ShowAutoFilter(column);
+            event->accept();
+            return;
+        }
+    }
     const QPoint cell = MouseCoord(p.x(), p.y());
     const Qt::KeyboardModifiers mods = event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier);
     const int record = cell.y() - TitleOffset();

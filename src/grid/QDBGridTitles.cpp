@@ -163,6 +163,7 @@ void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
     const int titleBottom = RowAxis().FixedExtent();
     if (rows == 0 || exposed.top() >= titleBottom)
         return;
+    d_->filterButtons.removeIf([&](const auto &entry) { return !entry.first || entry.second.intersects(exposed); });
     const int lw = GridLineWidth();
     const QColor fixedLine = palette().color(QPalette::Mid);
     const QColor fixedFace = FixedFaceColor();
@@ -218,6 +219,7 @@ void TQCustomDBGrid::drawTitles(QPainter &painter, const QRect &exposed)
             const int size = qBound(8, cell.height() - 4, QFontMetrics(title->GetFont()).height());
             const QRect button(cell.right() - size - 1, cell.top() + (cell.height() - size) / 2, size, size);
             drawFilterButton(painter, button, entry.column->Filtered() && GetFilterGrid()->GetFiltered());
+            d_->filterButtons.append({entry.column, button});
             cell.setRight(button.left() - 2);
         }
         if (title->GetMarker() != tmNone && d_->markers.Count() >= 2) {

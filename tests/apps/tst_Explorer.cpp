@@ -8,6 +8,7 @@
 #include "editors/QDBDataEditor.h"
 #include "editors/QDBEditor.h"
 #include "editors/QDBMemoPopup.h"
+#include "filter/QDBFilterList.h"
 #include "grid/QDBGridTotals.h"
 #include "platform/rtl/DateUtils.h"
 #include "platform/rtl/FormatDateTime.h"
@@ -462,6 +463,38 @@ TEST(Explorer, TheNavigatorAndTheRecordFormEditTheRecord)
     EXPECT_EQ(look.ExecScalar(QStringLiteral("SELECT Active FROM customers WHERE CustNo = ?"), {custNo}).ToInt64(),
               wasActive ? 0 : 1);
     EXPECT_TRUE(messages.texts.isEmpty()) << messages.texts.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST(Explorer, ATitlesValueListFiltersTheTable)
+{
+    explorer::ExplorerWindow window;
+    window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("customers"));
+    window.resize(1600, 700);
+    window.show();
+    QApplication::processEvents();
+    TQDBGrid *grid = window.Grid();
+    TQColumn *country = grid->GetColumns()->FindColumn(QStringLiteral("Country"));
+    ASSERT_TRUE(country);
+    grid->viewport()->grab();
+    const QRect title = grid->CellRect(grid->DataToRawColumn(country->Index()), 0);
+    QPoint button;
+    for (int x = title.right(); x > title.left() && button.isNull(); --x)
+        if (grid->FilterButtonAt(QPoint(x, title.center().y())) == country)
+            button = QPoint(x, title.center().y());
+    ASSERT_FALSE(button.isNull());
+    const int all = grid->DataSet()->RecordCount();
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, button);
+    auto *popup = grid->findChild<TQDBPopupFilterList *>();
+    ASSERT_TRUE(popup && popup->isVisible());
+    QTest::keyClick(popup, Qt::Key_Down);
+    QTest::keyClick(popup, Qt::Key_Space); // applied at once
+    ASSERT_EQ(country->GetFilterList()->Count(), 1);
+    const QString ticked = country->GetFilterList()->Get(0);
+    const int shown = grid->DataSet()->RecordCount();
+    EXPECT_LT(shown, all);
+    EXPECT_GT(shown, 0);
+    for (grid->DataSet()->First(); !grid->DataSet()->Eof(); grid->DataSet()->Next())
+        EXPECT_EQ(grid->DataSet()->FieldByName(QStringLiteral("Country"))->Text(), ticked);
 }
 
 class ExplorerSQL : public testing::TestWithParam<test::Backend>

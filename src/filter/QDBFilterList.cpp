@@ -1,0 +1,604 @@
+#include "QDBFilterList.h"
+
+#include "QDBFilterConsts.h"
+#include "QDBGridFilter.h"
+
+#include "grid/QDBGrid.h"
+#include "platform/rtl/FormatDateTime.h"
+#include "platform/rtl/Strings.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QStyleOptionButton>
+#include <QToolButton>
+
+namespace qdb {
+
+namespace {
+// A blank typed this soon after other letters belongs to the text being looked for.
+constexpr int SearchBlankMs = 2000;
+// OK and Cancel, and the gap around them.
+constexpr QSize ButtonSize(75, 25);
+constexpr int ButtonGap = 4;
+} // namespace
+
+// ---- the popup ----
+
+TQDBPopupFilterList::TQDBPopupFilterList(QWidget *owner) : TQDBPopupList(owner)
+{
+    setObjectName(QStringLiteral("PopupFilterList"));
+    SetCheckList(true);
+    SetOptions(GetOptions() + TQDBGridOptions{dgTitles});
+    const char *captions[] = {"Remove filter", "Select filter...", "Add selected"};
+    for (int i = 0; i < 3; ++i) {
+        auto *button = new QToolButton(this);
+        button->setText(FilterConsts::tr(captions[i]));
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::NoFocus);
+        button->hide();
+        connect(button, &QToolButton::clicked, this, [this, i] { TitleClick(i); });
+        commands_[i] = button;
+    }
+    ok_ = new QPushButton(FilterConsts::tr("OK"), this);
+    cancel_ = new QPushButton(FilterConsts::tr("Cancel"), this);
+    for (QPushButton *button : {ok_, cancel_}) {
+        button->setFixedSize(ButtonSize);
+        button->setFocusPolicy(Qt::NoFocus);
+    }
+    connect(ok_, &QPushButton::clicked, this, [this] { CloseUp(true); });
+    connect(cancel_, &QPushButton::clicked, this, [this] { CloseUp(false); });
+    placeButtons();
+}
+
+void TQDBPopupFilterList::SetAutoApplyList(bool on)
+{
+    autoApplyList_ = on;
+    ok_->setVisible(!on);
+    cancel_->setVisible(!on);
+    // Ticks applied at once move with the current row.
+    SetOptions(on ? GetOptions() + TQDBGridOptions{dgRowSelect} : GetOptions() - TQDBGridOptions{dgRowSelect});
+    placeButtons();
+}
+
+void TQDBPopupFilterList::SetRemoveFilter(bool on)
+{
+    commands_[cmRemoveFilter]->setVisible(on);
+    placeButtons();
+}
+
+void TQDBPopupFilterList::SetSelectFilter(bool on)
+{
+    commands_[cmSelectFilter]->setVisible(on);
+    placeButtons();
+}
+
+void TQDBPopupFilterList::SetAddSelected(bool on)
+{
+    commands_[cmAddSelected]->setVisible(on);
+    placeButtons();
+}
+
+QAbstractButton *TQDBPopupFilterList::CommandButton(TCommand command) const
+{
+    return command <= cmAddSelected ? commands_[command] : nullptr;
+}
+
+void TQDBPopupFilterList::placeButtons()
+{
+    // The commands in a strip above the list, OK and Cancel below it; the list between.
+    int top = 0;
+    int x = frameWidth();
+    for (QToolButton *button : commands_) {
+        if (button->isHidden())
+            continue;
+        const QSize size = button->sizeHint();
+        button->setGeometry(x, frameWidth(), size.width(), size.height());
+        x += size.width();
+        top = qMax(top, size.height());
+    }
+    const int bottom = autoApplyList_ ? 0 : ButtonSize.height() + 2 * ButtonGap;
+    setViewportMargins(0, top, 0, bottom);
+    const int y = height() - frameWidth() - ButtonGap - ButtonSize.height();
+    const int right = width() - frameWidth() - ButtonGap;
+    // OK goes where the platform's dialogs put it.
+    const bool okLast = style()->styleHint(QStyle::SH_DialogButtonLayout) != QDialogButtonBox::WinLayout;
+    QPushButton *first = okLast ? cancel_ : ok_;
+    QPushButton *second = okLast ? ok_ : cancel_;
+    second->move(right - ButtonSize.width(), y);
+    first->move(right - 2 * ButtonSize.width() - ButtonGap, y);
+}
+
+void TQDBPopupFilterList::resizeEvent(QResizeEvent *event)
+{
+    TQDBPopupList::resizeEvent(event);
+    placeButtons();
+}
+
+QSize TQDBPopupFilterList::CalcSize()
+{
+    QSize size = TQDBPopupList::CalcSize();
+    const QMargins margins = viewportMargins();
+    int commands = 2 * frameWidth();
+    for (QToolButton *button : commands_)
+        if (!button->isHidden())
+            commands += button->sizeHint().width();
+    const int buttons = autoApplyList_ ? 0 : 2 * ButtonSize.width() + 3 * ButtonGap + 2 * frameWidth();
+    size.setWidth(std::max({size.width(), commands, buttons}));
+    size.setHeight(size.height() + margins.top() + margins.bottom());
+    return size;
+}
+
+int TQDBPopupFilterList::CheckedCount() const
+{
+    return SelectedRows().Count();
+}
+
+void TQDBPopupFilterList::CheckAll(bool on)
+{
+    if (on) {
+        SelectAll();
+    } else {
+        BeginSelect();
+        SelectedRows().Clear();
+        NotifyRowSelect(saClear);
+        EndSelect();
+    }
+    SelectedRowsChanged();
+}
+
+void TQDBPopupFilterList::ToggleCheck()
+{
+    TQDBPopupList::ToggleCheck();
+    SelectedRowsChanged();
+}
+
+void TQDBPopupFilterList::SelectedRowsChanged()
+{
+    updateTitles();
+    InvalidateGrid();
+    if (autoApplyList_ && OnApply && !reloading_)
+        OnApply();
+}
+
+void TQDBPopupFilterList::updateTitles()
+{
+    if (GetColumns()->Count() == 0)
+        return;
+    TQColumn *values = GetColumns()->Items(0);
+    QString caption = valuesCaption_;
+    if (loadAll_)
+        caption = FilterConsts::tr("%1 (all rows)").arg(caption);
+    if (!search_.isEmpty())
+        caption = QStringLiteral("%1: %2").arg(caption, search_);
+    values->GetTitle()->SetCaption(caption);
+    setToolTip(QString());
+    InvalidateTitles();
+}
+
+void TQDBPopupFilterList::TitleClick(int command)
+{
+    switch (command) {
+    case cmRemoveFilter:
+        if (OnRemoveFilter)
+            OnRemoveFilter();
+        break;
+    case cmSelectFilter:
+        if (OnSelectFilter)
+            OnSelectFilter();
+        break;
+    case cmAddSelected:
+        if (OnAddSelected)
+            OnAddSelected();
+        break;
+    case cmLoadAll:
+        loadAll_ = !loadAll_;
+        if (OnReload)
+            OnReload();
+        updateTitles();
+        break;
+    case cmCheckAll:
+        CheckAll(CheckedCount() == 0);
+        break;
+    default:
+        break;
+    }
+}
+
+void TQDBPopupFilterList::FixedCellClick(int col, int row, Qt::KeyboardModifiers)
+{
+    if (row >= TitleOffset())
+        return;
+    if (col < IndicatorOffset())
+        TitleClick(cmCheckAll);
+    else if (ColumnAt(col) && ColumnAt(col)->Index() == 0)
+        TitleClick(cmLoadAll);
+}
+
+void TQDBPopupFilterList::paintEvent(QPaintEvent *event)
+{
+    TQDBPopupList::paintEvent(event);
+    if (IndicatorOffset() == 0 || TitleOffset() == 0)
+        return;
+    QPainter painter(viewport());
+    const QRect rect = CellRect(0, 0);
+    // The tick of every value in the ticks' title: on when all are ticked, partly when some.
+    const int ticked = CheckedCount();
+    TDataSet *ds = DataSet();
+    const int count = ds && ds->Active() && ds->RecordCountKnown() ? ds->RecordCount() : -1;
+    QStyleOptionButton box;
+    box.initFrom(this);
+    const int w = style()->pixelMetric(QStyle::PM_IndicatorWidth, &box, this);
+    const int h = style()->pixelMetric(QStyle::PM_IndicatorHeight, &box, this);
+    box.rect = QRect(rect.x() + (rect.width() - w) / 2, rect.y() + (rect.height() - h) / 2, w, h);
+    box.state &= ~QStyle::State_HasFocus;
+    box.state |= ticked == 0 ? QStyle::State_Off : ticked == count ? QStyle::State_On : QStyle::State_NoChange;
+    style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, this);
+}
+
+void TQDBPopupFilterList::KeyDown(QKeyEvent *event)
+{
+    const Qt::KeyboardModifiers mods = event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    const int key = event->key();
+    if (event->matches(QKeySequence::Paste) || (key == Qt::Key_Insert && mods == Qt::ShiftModifier)) {
+        PasteFromClipboard();
+        return;
+    }
+    switch (key) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F4:
+        TQDBPopupList::KeyDown(event);
+        return;
+    case Qt::Key_Escape:
+        if (!search_.isEmpty()) {
+            incrementalSearch(QString()); // the first Esc drops what was typed
+            return;
+        }
+        TQDBPopupList::KeyDown(event);
+        return;
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        CloseUp(false);
+        return;
+    case Qt::Key_Backspace:
+        if (!search_.isEmpty())
+            incrementalSearch(search_.chopped(1));
+        return;
+    case Qt::Key_Space:
+        if (mods == Qt::NoModifier && (!lastSearchKey_.isValid() || lastSearchKey_.elapsed() > SearchBlankMs)) {
+            ToggleCheck();
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    const QString text = event->text();
+    if (!text.isEmpty() && text.at(0).isPrint() && !(mods & (Qt::ControlModifier | Qt::AltModifier))) {
+        lastSearchKey_.start();
+        incrementalSearch(search_ + text);
+    }
+}
+
+void TQDBPopupFilterList::incrementalSearch(const QString &typed)
+{
+    search_ = typed;
+    if (search_.isEmpty())
+        lastSearchKey_.invalidate();
+    if (OnNarrow) {
+        OnNarrow(search_);
+    } else if (!search_.isEmpty()) {
+        TDataSet *ds = DataSet();
+        if (ds && ds->Active() && GetColumns()->Count() > 0) {
+            if (TField *f = GetColumns()->Items(0)->GetField())
+                ds->Locate(f->FieldName(), Variant(search_), {loCaseInsensitive, loPartialKey});
+        }
+    }
+    updateTitles();
+}
+
+void TQDBPopupFilterList::PasteFromClipboard()
+{
+    auto *values = qobject_cast<TQDBFilterData *>(DataSet());
+    if (!values || !values->Active())
+        return;
+    QStringList lines = QGuiApplication::clipboard()->text().split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
+    if (!lines.isEmpty() && lines.back().isEmpty())
+        lines.removeLast(); // the break that ends the last line
+    BeginSelect();
+    TQBookmarkList &rows = SelectedRows();
+    for (const QString &line : lines) {
+        const int index = values->IndexOfKey(line.section(QLatin1Char('\t'), 0, 0));
+        int at = 0;
+        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
+        if (index >= 0 && !rows.Find(bookmark, at))
+            rows.InsertItem(at, bookmark);
+    }
+    NotifyRowSelect(saSelect);
+    EndSelect();
+    SelectedRowsChanged();
+}
+
+// ---- the column's list ----
+
+TQDBGridFilterList::TQDBGridFilterList(TQCustomDBGrid *grid, TQColumn *column) : TQDBGridDropDownList(grid, column)
+{
+    data_.setParent(this);
+}
+
+TQDBPopupList *TQDBGridFilterList::CreatePopup()
+{
+    auto *popup = new TQDBPopupFilterList(Grid());
+    const TQDBGridFilter *filter = Grid()->GetFilterGrid();
+    const TQDBGridFilterOptions options = filter->GetOptions();
+    popup->SetLoadAll(options.Contains(foLoadAllItems));
+    popup->SetCheckedFirst(options.Contains(foCheckedFirst));
+    popup->SetAutoApplyList(options.Contains(foAutoApplyList));
+    popup->SetRemoveFilter(true);
+    popup->SetSelectFilter(filter->GetAutoFilters().Contains(fsFilterForm)
+                           && Column()->GetTitle()->GetAutoFilters().Contains(fsFilterForm));
+    popup->SetAddSelected(options.Contains(foAddSelected) && Grid()->SelectedRows().Count() > 0);
+    popup->OnRemoveFilter = [this] { ClearFilterText(); };
+    popup->OnSelectFilter = [this] { ShowFilterForm(); };
+    popup->OnAddSelected = [this] { LoadSelectList(); };
+    popup->OnApply = [this] { ApplyFilterList(); };
+    popup->OnReload = [this] { reload(); };
+    if (options.Contains(foIncrementalList))
+        popup->OnNarrow = [this](const QString &text) {
+            narrow_ = text;
+            reload();
+        };
+    popup->DropDownRows = filter->GetDropDownRows();
+    return popup;
+}
+
+QString TQDBGridFilterList::GetFilterOrder(const TField *field)
+{
+    if (!field || field->IsNull())
+        return {};
+    const Variant value = field->Value();
+    switch (field->DataType()) {
+    case ftDate:
+    case ftTime:
+    case ftDateTime:
+    case ftTimeStamp:
+        return FormatDateTime(QStringLiteral("yyyymmddhhnnsszzz"), field->AsDateTime());
+    case ftSmallint:
+    case ftInteger:
+    case ftWord:
+    case ftAutoInc:
+        // Offset so that negative numbers come first.
+        return QString::asprintf("%.8x", quint32(field->AsInteger()) ^ 0x80000000u);
+    case ftLargeint:
+        return QString::asprintf("%.16llx", quint64(field->AsLargeInt()) ^ 0x8000000000000000ull);
+    case ftFloat:
+    case ftCurrency:
+    case ftBCD:
+    case ftFMTBcd: {
+        const double v = field->AsFloat();
+        if (v >= 0)
+            return QLatin1Char('1') + QString::asprintf("%31.15f", v);
+        // Below zero the larger magnitude comes first: its digits, complemented.
+        QString digits = QString::asprintf("%031.15f", -v);
+        for (QChar &c : digits)
+            if (c.isDigit())
+                c = QChar(u'9' - (c.unicode() - u'0'));
+        return QLatin1Char('0') + digits;
+    }
+    default:
+        return {};
+    }
+}
+
+void TQDBGridFilterList::LoadFilterData()
+{
+    TQColumn *column = Column();
+    TQCustomDBGrid *grid = Grid();
+    TDataSet *ds = grid ? grid->DataSet() : nullptr;
+    data_.BeginLoad();
+    TField *field = column ? column->GetField() : nullptr;
+    if (!field || !ds || !ds->Active() || !grid->DataLink()->Active()) {
+        data_.EndLoad();
+        return;
+    }
+    TField *key = column->FilterField();
+    if (!key)
+        key = field;
+    const TStringList *ticked = static_cast<TStringList *>(column->GetFilterList());
+    const bool checkedFirst = FilterPopup() && FilterPopup()->CheckedFirst();
+    const bool loadAll = FilterPopup() && FilterPopup()->LoadAll();
+    TQDBGridFilter *filter = grid->GetFilterGrid();
+    const bool switchOff = loadAll && filter->GetFiltered();
+    grid->DisablePosition();
+    try {
+        if (switchOff)
+            filter->SetFiltered(false);
+        for (ds->First(); !ds->Eof(); ds->Next()) {
+            const QString keyValue = key->Text();
+            QString listValue = column->GetDisplayText();
+            if (listValue.isEmpty())
+                listValue = FilterConsts::tr("(Empty)");
+            if (!narrow_.isEmpty() && !listValue.startsWith(narrow_, Qt::CaseInsensitive))
+                continue;
+            QString order = GetFilterOrder(field);
+            if (checkedFirst) {
+                int at = 0;
+                order.prepend(ticked->Find(keyValue, at) ? QLatin1Char('0') : QLatin1Char('1'));
+            }
+            data_.AddValue(order, listValue, keyValue);
+        }
+        if (switchOff)
+            filter->SetFiltered(true);
+    } catch (...) {
+        if (switchOff)
+            filter->SetFiltered(true);
+        grid->EnablePosition(true);
+        data_.EndLoad();
+        throw;
+    }
+    grid->EnablePosition(true);
+    data_.EndLoad();
+}
+
+void TQDBGridFilterList::LoadFilterList()
+{
+    TQDBPopupFilterList *popup = FilterPopup();
+    const TStrings *list = Column() ? Column()->GetFilterList() : nullptr;
+    if (!popup || !list)
+        return;
+    popup->BeginSelect();
+    TQBookmarkList &rows = popup->SelectedRows();
+    rows.Clear();
+    for (int i = 0; i < list->Count(); ++i) {
+        const int index = data_.IndexOfKey(list->Get(i));
+        int at = 0;
+        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
+        if (index >= 0 && !rows.Find(bookmark, at))
+            rows.InsertItem(at, bookmark);
+    }
+    popup->NotifyRowSelect(saSelect);
+    popup->EndSelect();
+    popup->updateTitles();
+}
+
+void TQDBGridFilterList::LoadSelectList()
+{
+    TQDBPopupFilterList *popup = FilterPopup();
+    TQCustomDBGrid *grid = Grid();
+    TQColumn *column = Column();
+    if (!popup || !grid || !column || grid->SelectedRows().Count() == 0)
+        return;
+    TField *key = column->FilterField() ? column->FilterField() : column->GetField();
+    if (!key)
+        return;
+    const bool autoApply = popup->AutoApplyList();
+    popup->autoApplyList_ = false;
+    grid->DisablePosition();
+    popup->BeginSelect();
+    TQBookmarkList &rows = popup->SelectedRows();
+    for (const TBookmark &selected : grid->SelectedRows()) {
+        Q_UNUSED(selected); // the enumerator stands the data set on each selected record
+        const int index = data_.IndexOfKey(key->Text());
+        int at = 0;
+        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
+        if (index >= 0 && !rows.Find(bookmark, at))
+            rows.InsertItem(at, bookmark);
+    }
+    popup->NotifyRowSelect(saSelect);
+    popup->EndSelect();
+    grid->EnablePosition(true);
+    popup->autoApplyList_ = autoApply;
+    popup->SelectedRowsChanged();
+}
+
+void TQDBGridFilterList::SaveFilterList()
+{
+    TQDBPopupFilterList *popup = FilterPopup();
+    TQColumn *column = Column();
+    if (!popup || !column)
+        return;
+    TStringList values;
+    values.SetSorted(true);
+    const TQBookmarkList &rows = popup->SelectedRows();
+    for (int i = 0; i < rows.Count(); ++i) {
+        const int index = TQDBCustomData::BookmarkIndex(rows.Items(i));
+        if (index >= 0 && index < data_.Count())
+            values.Add(data_.KeyValue(index));
+    }
+    TStrings *list = column->GetFilterList();
+    if (values.ToStringList() == list->ToStringList())
+        return;
+    list->BeginUpdate();
+    list->Assign(values);
+    list->EndUpdate();
+}
+
+void TQDBGridFilterList::ApplyFilterList()
+{
+    SaveFilterList();
+    if (Column() && Column()->GetFilterList()->Count() == 0 && FilterPopup() && FilterPopup()->CheckedCount() <= 1)
+        CloseUp(false);
+}
+
+void TQDBGridFilterList::ClearFilterText()
+{
+    if (Column())
+        Column()->SetFilterText(QString());
+    CloseUp(false);
+}
+
+void TQDBGridFilterList::ShowFilterForm()
+{
+    TQColumn *column = Column();
+    CloseUp(false);
+    if (OnShowFilterForm && column)
+        OnShowFilterForm(column);
+}
+
+void TQDBGridFilterList::reload()
+{
+    TQDBPopupFilterList *popup = FilterPopup();
+    // Ticks are kept by value across the new load.
+    QStringList keys;
+    const TQBookmarkList &rows = popup->SelectedRows();
+    for (int i = 0; i < rows.Count(); ++i)
+        keys << data_.KeyValue(TQDBCustomData::BookmarkIndex(rows.Items(i)));
+    popup->reloading_ = true;
+    LoadFilterData();
+    popup->BeginSelect();
+    popup->SelectedRows().Clear();
+    for (const QString &key : keys) {
+        const int index = data_.IndexOfKey(key);
+        int at = 0;
+        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
+        if (index >= 0 && !popup->SelectedRows().Find(bookmark, at))
+            popup->SelectedRows().InsertItem(at, bookmark);
+    }
+    popup->NotifyRowSelect(saSelect);
+    popup->EndSelect();
+    popup->reloading_ = false;
+    popup->updateTitles();
+}
+
+void TQDBGridFilterList::DoDropDown()
+{
+    TQDBPopupFilterList *popup = FilterPopup();
+    TQColumn *column = Column();
+    LoadFilterData();
+    popup->ListSource()->SetDataSet(&data_);
+    {
+        const CollectionUpdateGuard update(*popup->GetColumns());
+        popup->GetColumns()->Clear();
+        TQColumn *values = popup->GetColumns()->Add();
+        values->SetFieldName(data_.ListFieldName());
+        popup->SetValuesCaption(column->GetTitle()->GetCaption());
+        values->SetWidth(qMax(column->GetWidth(), 80));
+        TQColumn *count = popup->GetColumns()->Add();
+        count->SetFieldName(TQDBFilterData::CountFieldName());
+        count->GetTitle()->SetCaption(FilterConsts::tr("Rows"));
+    }
+    popup->updateTitles();
+    LoadFilterList();
+    data_.First();
+}
+
+void TQDBGridFilterList::DoCloseUp(bool accept)
+{
+    if (accept && FilterPopup() && !FilterPopup()->AutoApplyList())
+        SaveFilterList();
+}
+
+} // namespace qdb

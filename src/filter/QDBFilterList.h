@@ -1,0 +1,129 @@
+#pragma once
+
+// The auto filter's value list: the distinct values of a column with a tick each, dropped
+// from the column's title; the ticked values become the column's FilterList.
+
+#include "QDBFilterData.h"
+
+#include "editors/QDBDropDown.h"
+
+#include <QElapsedTimer>
+
+class QAbstractButton;
+class QPushButton;
+class QToolButton;
+
+namespace qdb {
+
+// The popup: a grid of ticks over the filter data. The tick column's title ticks or clears
+// every value, the value column's title offers the values of every record or of the rows
+// shown, and the commands (remove the filter, the filter form, the grid's selected values)
+// sit above the list. Without AutoApplyList, OK and Cancel sit below it.
+class TQDBPopupFilterList : public TQDBPopupList
+{
+    Q_OBJECT
+
+public:
+    // Commands by number, as TitleClick takes them.
+    enum TCommand { cmRemoveFilter, cmSelectFilter, cmAddSelected, cmLoadAll, cmCheckAll };
+
+    explicit TQDBPopupFilterList(QWidget *owner);
+
+    bool AutoApplyList() const { return autoApplyList_; }
+    void SetAutoApplyList(bool on);
+    bool LoadAll() const { return loadAll_; }
+    void SetLoadAll(bool on) { loadAll_ = on; }
+    bool CheckedFirst() const { return checkedFirst_; }
+    void SetCheckedFirst(bool on) { checkedFirst_ = on; }
+    void SetRemoveFilter(bool on);
+    void SetSelectFilter(bool on);
+    void SetAddSelected(bool on);
+    QAbstractButton *CommandButton(TCommand command) const;
+    QPushButton *OKButton() const { return ok_; }
+    QPushButton *CancelButton() const { return cancel_; }
+
+    // Runs a command; the list reloads for cmLoadAll.
+    void TitleClick(int command);
+    // Ticks the rows whose values are lines of text (up to a tab), without regard to case.
+    void PasteFromClipboard();
+    // The text typed to find a value; shown in the value column's title.
+    QString SearchText() const { return search_; }
+    // Ticks every row, or clears every tick.
+    void CheckAll(bool on);
+    void ToggleCheck() override;
+    // The value column's own caption, before the marks of LoadAll and of the search.
+    void SetValuesCaption(const QString &caption) { valuesCaption_ = caption; }
+    int CheckedCount() const;
+
+    QSize CalcSize() override;
+
+    std::function<void()> OnRemoveFilter;
+    std::function<void()> OnSelectFilter;
+    std::function<void()> OnAddSelected;
+    std::function<void()> OnReload;
+    std::function<void()> OnApply;
+    // Typing narrows the list to the values beginning with the text (foIncrementalList).
+    std::function<void(const QString &text)> OnNarrow;
+
+protected:
+    void KeyDown(QKeyEvent *event) override;
+    void FixedCellClick(int col, int row, Qt::KeyboardModifiers modifiers) override;
+    void paintEvent(QPaintEvent *event) override;
+    void SelectedRowsChanged();
+    void resizeEvent(QResizeEvent *event) override;
+    bool ClickAccepts() const override { return false; }
+
+private:
+    void placeButtons();
+    void incrementalSearch(const QString &typed);
+    void updateTitles();
+
+    bool autoApplyList_ = false;
+    bool loadAll_ = false;
+    bool checkedFirst_ = false;
+    QToolButton *commands_[3] = {};
+    QPushButton *ok_ = nullptr;
+    QPushButton *cancel_ = nullptr;
+    QString search_;
+    QString valuesCaption_;
+    QElapsedTimer lastSearchKey_;
+    bool reloading_ = false;
+    friend class TQDBGridFilterList;
+};
+
+// One opened filter list of a column: it gathers the column's values into the filter data,
+// ticks those of the column's FilterList, and writes the ticks back.
+class TQDBGridFilterList : public TQDBGridDropDownList
+{
+    Q_OBJECT
+
+public:
+    TQDBGridFilterList(TQCustomDBGrid *grid, TQColumn *column);
+
+    TQDBPopupFilterList *FilterPopup() const { return static_cast<TQDBPopupFilterList *>(Popup()); }
+    TQDBFilterData *FilterData() { return &data_; }
+
+    void LoadFilterData();
+    void LoadFilterList();
+    void LoadSelectList();
+    void SaveFilterList();
+    void ApplyFilterList();
+    void ClearFilterText();
+    void ShowFilterForm();
+    // The text that sorts values of a field by value: dates as a stamp, numbers fixed-width.
+    static QString GetFilterOrder(const TField *field);
+    // Runs after the list closed to open the filter form for the column.
+    std::function<void(TQColumn *column)> OnShowFilterForm;
+
+protected:
+    TQDBPopupList *CreatePopup() override;
+    void DoDropDown() override;
+    void DoCloseUp(bool accept) override;
+
+private:
+    void reload();
+    TQDBFilterData data_;
+    QString narrow_; // only values beginning with this (foIncrementalList)
+};
+
+} // namespace qdb
