@@ -47,6 +47,12 @@ void TQDBFilterData::BeginLoad()
     loading_.clear();
 }
 
+void TQDBFilterData::BeginAppend()
+{
+    loading_.clear();
+    appending_ = true;
+}
+
 void TQDBFilterData::AddValue(const QString &order, const QString &list, const QString &key, int count)
 {
     listFieldSize_ = qMax(listFieldSize_, int(list.size()));
@@ -60,11 +66,15 @@ void TQDBFilterData::AddValue(const QString &order, const QString &list, const Q
 
 void TQDBFilterData::EndLoad()
 {
-    Close();
-    lines_.clear();
-    counts_.clear();
-    keys_.clear();
-    lines_.reserve(qsizetype(loading_.size()));
+    const bool append = appending_ && Active();
+    appending_ = false;
+    if (!append) {
+        Close();
+        lines_.clear();
+        counts_.clear();
+        keys_.clear();
+    }
+    lines_.reserve(lines_.size() + qsizetype(loading_.size()));
     for (auto &[folded, entry] : loading_) {
         QString key;
         SplitLine(entry.first, nullptr, nullptr, &key);
@@ -73,6 +83,11 @@ void TQDBFilterData::EndLoad()
         counts_ << entry.second;
     }
     loading_.clear();
+    if (append) {
+        CountRecords();
+        Resync({});
+        return;
+    }
     FieldDefs().Clear();
     FieldDefs().Add(listFieldName_, ftString, listFieldSize_);
     if (keyFieldName_ != listFieldName_)

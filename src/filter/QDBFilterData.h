@@ -41,6 +41,9 @@ public:
     // A load: the sizes start again at 20 and the lines are gathered; EndLoad opens the data
     // set on them (again).
     void BeginLoad();
+    // A load that adds lines which sort after the present ones (the next page of a long
+    // list): the data set stays open where it stands.
+    void BeginAppend();
     void AddValue(const QString &order, const QString &list, const QString &key, int count = 1);
     void EndLoad();
 
@@ -66,6 +69,7 @@ private:
     QStringList lines_;
     QList<int> counts_;
     QHash<QString, int> keys_;
+    bool appending_ = false;
 };
 
 } // namespace qdb

@@ -14,6 +14,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QToolButton>
 
@@ -51,6 +52,7 @@ TQDBPopupFilterList::TQDBPopupFilterList(QWidget *owner) : TQDBPopupList(owner)
         button->setFocusPolicy(Qt::NoFocus);
     }
     connect(ok_, &QPushButton::clicked, this, [this] { CloseUp(true); });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { needMore(); });
     connect(cancel_, &QPushButton::clicked, this, [this] { CloseUp(false); });
     placeButtons();
 }
@@ -257,6 +259,9 @@ void TQDBPopupFilterList::KeyDown(QKeyEvent *event)
     case Qt::Key_End:
     case Qt::Key_Left:
     case Qt::Key_Right:
+        TQDBPopupList::KeyDown(event);
+        needMore();
+        return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_F4:
@@ -291,6 +296,16 @@ void TQDBPopupFilterList::KeyDown(QKeyEvent *event)
         lastSearchKey_.start();
         incrementalSearch(search_ + text);
     }
+}
+
+void TQDBPopupFilterList::needMore()
+{
+    TDataSet *ds = DataSet();
+    if (!OnNeedMore || !ds || !ds->Active())
+        return;
+    const QScrollBar *bar = verticalScrollBar();
+    if (ds->RecNo() >= ds->RecordCount() - VisibleRowCount() || (bar->maximum() > 0 && bar->value() >= bar->maximum() - bar->pageStep()))
+        OnNeedMore();
 }
 
 void TQDBPopupFilterList::incrementalSearch(const QString &typed)
@@ -356,6 +371,7 @@ TQDBPopupList *TQDBGridFilterList::CreatePopup()
     popup->OnAddSelected = [this] { LoadSelectList(); };
     popup->OnApply = [this] { ApplyFilterList(); };
     popup->OnReload = [this] { reload(); };
+    popup->OnNeedMore = [this] { ReadMore(); };
     if (options.Contains(foIncrementalList))
         popup->OnNarrow = [this](const QString &text) {
             narrow_ = text;
@@ -405,27 +421,118 @@ QString TQDBGridFilterList::GetFilterOrder(const TField *field)
 
 void TQDBGridFilterList::LoadFilterData()
 {
+    data_.BeginLoad();
+    more_ = false;
     TQColumn *column = Column();
     TQCustomDBGrid *grid = Grid();
     TDataSet *ds = grid ? grid->DataSet() : nullptr;
-    data_.BeginLoad();
     TField *field = column ? column->GetField() : nullptr;
     if (!field || !ds || !ds->Active() || !grid->DataLink()->Active()) {
         data_.EndLoad();
         return;
     }
-    TField *key = column->FilterField();
-    if (!key)
-        key = field;
-    const TStringList *ticked = static_cast<TStringList *>(column->GetFilterList());
-    const bool checkedFirst = FilterPopup() && FilterPopup()->CheckedFirst();
-    const bool loadAll = FilterPopup() && FilterPopup()->LoadAll();
+    bool loaded = false;
+    try {
+        overValues([&] {
+            loaded = fromDatabase_ = readPage(true);
+            if (!loaded)
+                walk();
+        });
+    } catch (...) {
+        if (!loaded)
+            data_.EndLoad();
+        throw;
+    }
+}
+
+void TQDBGridFilterList::ReadMore()
+{
+    if (!more_)
+        return;
+    overValues([this] { readPage(false); });
+}
+
+void TQDBGridFilterList::overValues(const std::function<void()> &read)
+{
+    TQCustomDBGrid *grid = Grid();
     TQDBGridFilter *filter = grid->GetFilterGrid();
-    const bool switchOff = loadAll && filter->GetFiltered();
+    // The values of every record, not only of the rows the grid's filter leaves.
+    const bool switchOff = FilterPopup() && FilterPopup()->LoadAll() && filter->GetFiltered();
     grid->DisablePosition();
     try {
         if (switchOff)
             filter->SetFiltered(false);
+        read();
+        if (switchOff)
+            filter->SetFiltered(true);
+    } catch (...) {
+        if (switchOff)
+            filter->SetFiltered(true);
+        grid->EnablePosition(true);
+        throw;
+    }
+    grid->EnablePosition(true);
+}
+
+bool TQDBGridFilterList::readPage(bool first)
+{
+    TQColumn *column = Column();
+    TField *field = column->GetField();
+    TDataSet *ds = Grid()->DataSet();
+    // The database lists the values of the field itself, in its own order, page by page;
+    // ticked values first, and a narrowing by texts it cannot write, need every record.
+    const bool checkedFirst = FilterPopup() && FilterPopup()->CheckedFirst();
+    const bool textual = field->DataType() == ftString || field->DataType() == ftWideString || field->DataType() == ftMemo
+        || field->DataType() == ftWideMemo || field->DataType() == ftFixedChar;
+    if (checkedFirst || (column->FilterField() && column->FilterField() != field) || (!narrow_.isEmpty() && !textual))
+        return false;
+    TDataSet::TDistinctRequest request;
+    request.Field = field;
+    request.Limit = PageValues;
+    request.After = !first;
+    request.AfterValue = lastValue_;
+    request.Prefix = narrow_;
+    QList<TDataSet::TDistinctValue> values;
+    if (!ds->DistinctValues(request, values))
+        return false;
+    if (first) {
+        data_.BeginLoad();
+        pageLines_ = 0;
+    } else {
+        data_.BeginAppend();
+    }
+    QString previous;
+    for (const TDataSet::TDistinctValue &v : values) {
+        const TFieldValueScope shown(field, v.Value);
+        QString listValue = column->GetDisplayText();
+        if (listValue.isEmpty())
+            listValue = FilterConsts::tr("(Empty)");
+        const QString key = field->Text();
+        // The database's order stands: lines are numbered as read. Values it tells apart
+        // that read the same (NULL and an empty text) are one line, as in the walk.
+        const QString line = listValue + QChar(0) + key;
+        if (line != previous)
+            ++pageLines_;
+        previous = line;
+        data_.AddValue(QString::asprintf("%.8x", pageLines_), listValue, key, int(qMin<qint64>(v.Count, INT_MAX)));
+    }
+    more_ = values.size() == PageValues;
+    if (!values.isEmpty())
+        lastValue_ = values.back().Value;
+    data_.EndLoad();
+    return true;
+}
+
+void TQDBGridFilterList::walk()
+{
+    TQColumn *column = Column();
+    TField *field = column->GetField();
+    TDataSet *ds = Grid()->DataSet();
+    TField *key = column->FilterField() ? column->FilterField() : field;
+    const TStringList *ticked = static_cast<TStringList *>(column->GetFilterList());
+    const bool checkedFirst = FilterPopup() && FilterPopup()->CheckedFirst();
+    data_.BeginLoad();
+    try {
         for (ds->First(); !ds->Eof(); ds->Next()) {
             const QString keyValue = key->Text();
             QString listValue = column->GetDisplayText();
@@ -440,16 +547,10 @@ void TQDBGridFilterList::LoadFilterData()
             }
             data_.AddValue(order, listValue, keyValue);
         }
-        if (switchOff)
-            filter->SetFiltered(true);
     } catch (...) {
-        if (switchOff)
-            filter->SetFiltered(true);
-        grid->EnablePosition(true);
         data_.EndLoad();
         throw;
     }
-    grid->EnablePosition(true);
     data_.EndLoad();
 }
 

@@ -61,6 +61,8 @@ public:
     std::function<void()> OnSelectFilter;
     std::function<void()> OnAddSelected;
     std::function<void()> OnReload;
+    // The list reached the end of what is loaded.
+    std::function<void()> OnNeedMore;
     std::function<void()> OnApply;
     // Typing narrows the list to the values beginning with the text (foIncrementalList).
     std::function<void(const QString &text)> OnNarrow;
@@ -75,6 +77,7 @@ protected:
 
 private:
     void placeButtons();
+    void needMore();
     void incrementalSearch(const QString &typed);
     void updateTitles();
 
@@ -103,7 +106,15 @@ public:
     TQDBPopupFilterList *FilterPopup() const { return static_cast<TQDBPopupFilterList *>(Popup()); }
     TQDBFilterData *FilterData() { return &data_; }
 
+    // Gathers the values: one page at a time from the database where it can list them,
+    // else by walking the records.
     void LoadFilterData();
+    // The next page of a long list, when there is one.
+    void ReadMore();
+    bool HasMore() const { return more_; }
+    // Whether the database listed the values (else the records were walked).
+    bool FromDatabase() const { return fromDatabase_; }
+    static constexpr int PageValues = 500;
     void LoadFilterList();
     void LoadSelectList();
     void SaveFilterList();
@@ -122,8 +133,18 @@ protected:
 
 private:
     void reload();
+    // Runs a read of the values with the grid standing still, its own filter off for LoadAll.
+    void overValues(const std::function<void()> &read);
+    // A page of values from the database; false when only the walk can list them.
+    bool readPage(bool first);
+    void walk();
+
     TQDBFilterData data_;
     QString narrow_; // only values beginning with this (foIncrementalList)
+    bool more_ = false;
+    bool fromDatabase_ = false;
+    Variant lastValue_;
+    int pageLines_ = 0;
 };
 
 } // namespace qdb

@@ -180,6 +180,31 @@ public:
     // cursor merely moves: whoever keeps figures over all records knows when to work again.
     quint64 DataVersion() const { return dataVersion_; }
 
+    // The distinct values of a data field over the records the data set holds now (its
+    // filter applied), with the number of records of each, in the field's ascending order
+    // with NULL first: at most Limit of them (0: all), those after AfterValue when After is
+    // set, those whose text begins with Prefix (case aside) when it is not empty. False when
+    // only a walk of the records can tell.
+    struct TDistinctRequest
+    {
+        TField *Field = nullptr;
+        int Limit = 0;
+        bool After = false;
+        Variant AfterValue;
+        QString Prefix;
+    };
+    struct TDistinctValue
+    {
+        Variant Value;
+        qint64 Count = 0;
+    };
+    virtual bool DistinctValues(const TDistinctRequest &request, QList<TDistinctValue> &values)
+    {
+        Q_UNUSED(request);
+        Q_UNUSED(values);
+        return false;
+    }
+
     // The longest value of a data field as text, when the data set can tell without walking
     // its records (a query over a SQL result); false when it cannot.
     virtual bool LongestText(TField *field, QString &text) const

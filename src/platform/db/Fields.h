@@ -207,6 +207,28 @@ private:
     QString lookupResultField_;
     const Variant *validating_ = nullptr;
     bool isObjectField_ = false;
+    friend class TFieldValueScope;
+};
+
+// While it lives, the field reads `value` in place of its record's, so that a value found
+// outside the records (one of a database's distinct values) gets the texts the field would
+// show for it, through its formats and OnGetText alike.
+class TFieldValueScope
+{
+public:
+    TFieldValueScope(TField *field, const Variant &value)
+        : field_(field), value_(value.IsClear() ? value : field->Convert(value)), saved_(field->validating_)
+    {
+        field_->validating_ = &value_;
+    }
+    ~TFieldValueScope() { field_->validating_ = saved_; }
+    TFieldValueScope(const TFieldValueScope &) = delete;
+    TFieldValueScope &operator=(const TFieldValueScope &) = delete;
+
+private:
+    TField *field_;
+    Variant value_;
+    const Variant *saved_;
 };
 
 // ---- text ----

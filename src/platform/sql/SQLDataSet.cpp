@@ -631,6 +631,26 @@ bool TCustomSQLDataSet::LongestText(TField *field, QString &text) const
     }
 }
 
+bool TCustomSQLDataSet::DistinctValues(const TDistinctRequest &request, QList<TDistinctValue> &values)
+{
+    TField *field = request.Field;
+    const int no = field && field->DataSet() == this ? field->FieldNo() : 0;
+    if (!source_ || clientFiltering() || field->FieldKind() != fkData || no <= 0 || columnOfField_.value(no - 1, -1) < 0)
+        return false;
+    const TSQLDialect dialect = connection_->Dialect();
+    QVariant after;
+    if (request.After && !request.AfterValue.IsClear())
+        after = ToDatabase(request.AfterValue, field, dialect);
+    SQLRows rows;
+    source_->DistinctValues(columnOfField_[no - 1], request.After ? &after : nullptr, request.Prefix, request.Limit, rows);
+    values.clear();
+    for (size_t i = 0; i + 1 < rows.values.size(); i += 2) {
+        const Variant &v = rows.values[i];
+        values << TDistinctValue{v.IsClear() ? v : FromDatabase(v, field, dialect), rows.values[i + 1].ToInt64()};
+    }
+    return true;
+}
+
 int TCustomSQLDataSet::OrderComputations() const
 {
     return source_ ? source_->IndexBuilds() : 0;

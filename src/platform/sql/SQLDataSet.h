@@ -70,6 +70,8 @@ public:
     // cursor where it is; a data set filtered by OnFilterRecord walks.
     Variant Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields) override;
     bool LongestText(TField *field, QString &text) const override;
+    // One grouping query over the result; false under an OnFilterRecord filter.
+    bool DistinctValues(const TDistinctRequest &request, QList<TDistinctValue> &values) override;
     // One aggregate query over the result; false under an OnFilterRecord filter, which only
     // the records themselves can answer.
     bool Summarize(const QList<TFieldSummaryRequest> &requests, TDataSetSummary &summary) override;

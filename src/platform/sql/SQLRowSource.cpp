@@ -344,6 +344,39 @@ Variant SQLRowSource::LongestText(int column)
     });
 }
 
+void SQLRowSource::DistinctValues(int column, const QVariant *after, const QString &prefix, int limit, SQLRows &rows)
+{
+    const bool pg = connection_->Dialect() == TSQLDialect::PostgreSQL;
+    const QString c = QStringLiteral("qdb_q.") + Quote(record_.fieldName(column));
+    QStringList where;
+    QList<QVariant> params = shape_.params;
+    if (after) {
+        if (after->isNull()) {
+            where << c + QStringLiteral(" IS NOT NULL");
+        } else {
+            where << c + QStringLiteral(" > ?");
+            params << *after;
+        }
+    }
+    if (!prefix.isEmpty()) {
+        QString pattern = prefix;
+        pattern.replace(QLatin1Char('\\'), QStringLiteral("\\\\"))
+            .replace(QLatin1Char('%'), QStringLiteral("\\%"))
+            .replace(QLatin1Char('_'), QStringLiteral("\\_"));
+        where << QStringLiteral("CAST(%1 AS TEXT) %2 ? ESCAPE '\\'").arg(c, pg ? QStringLiteral("ILIKE") : QStringLiteral("LIKE"));
+        params << pattern + QLatin1Char('%');
+    }
+    const QString sql = QStringLiteral("SELECT %1, COUNT(*) FROM (%2) qdb_q%3 GROUP BY %1 ORDER BY %1%4%5")
+                            .arg(c, shape_.body, where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where.join(QStringLiteral(" AND ")),
+                                 pg ? QStringLiteral(" NULLS FIRST") : QString(),
+                                 limit > 0 ? QStringLiteral(" LIMIT %1").arg(limit) : QString());
+    const size_t before = rows.values.size();
+    reading([&] {
+        rows.values.resize(before);
+        Query(sql, params, rows);
+    });
+}
+
 bool SQLRowSource::Summarize(const QList<SQLSummaryColumn> &columns, qint64 &rows, QList<SQLColumnSummary> &summaries)
 {
     return reading([&] { return summarize(columns, rows, summaries); });
