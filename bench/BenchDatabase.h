@@ -29,7 +29,8 @@ inline QString databasePath()
 {
     static const QString path = [] {
         const QString dir = QCoreApplication::applicationDirPath();
-        const QString file = dir + QStringLiteral("/big-%1.db").arg(rows());
+        // Named for its columns too: a file of an older shape is not taken.
+        const QString file = dir + QStringLiteral("/big-city-%1.db").arg(rows());
         if (!QFile::exists(file)) {
             const QString generator = dir + QStringLiteral("/../tools/makesampledb/makesampledb");
             if (QProcess::execute(generator, {file, QStringLiteral("--big"), QString::number(rows())}) != 0)
@@ -80,12 +81,18 @@ inline void makeServerTable()
     TSQLConnection c;
     c.SetConnectionString(serverUrl());
     if (!c.ExecScalar(QStringLiteral("SELECT to_regclass('big') IS NOT NULL")).ToBool()
+        || c.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM information_schema.columns"
+                                       " WHERE table_name = 'big' AND column_name = 'City'"))
+                   .ToInt64()
+               == 0
         || c.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM big")).ToInt64() != rows()) {
         c.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS big"));
         c.ExecSQL(QStringLiteral("CREATE TABLE big (\"ID\" INTEGER PRIMARY KEY, \"Name\" VARCHAR(20) NOT NULL,"
-                                 " \"Amount\" DOUBLE PRECISION, \"Qty\" INTEGER, \"Day\" DATE, \"Code\" VARCHAR(8))"));
+                                 " \"Amount\" DOUBLE PRECISION, \"Qty\" INTEGER, \"Day\" DATE, \"Code\" VARCHAR(8),"
+                                 " \"City\" VARCHAR(12))"));
         c.ExecSQL(QStringLiteral("INSERT INTO big SELECT i, substr(md5(i::text), 1, 10), (i::bigint * 7919 % 100000) / 100.0,"
-                                 " 1 + i % 100, date '2000-01-01' + i % 9000, 'C' || lpad((i::bigint * 31 % 1000000)::text, 6, '0')"
+                                 " 1 + i % 100, date '2000-01-01' + i % 9000, 'C' || lpad((i::bigint * 31 % 1000000)::text, 6, '0'),"
+                                 " 'Town ' || lpad((i::bigint * 7919 % 1000)::text, 3, '0')"
                                  " FROM generate_series(1, %1) i")
                       .arg(rows()));
     }

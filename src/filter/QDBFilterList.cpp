@@ -303,8 +303,8 @@ void TQDBPopupFilterList::needMore()
     TDataSet *ds = DataSet();
     if (!OnNeedMore || !ds || !ds->Active())
         return;
-    const QScrollBar *bar = verticalScrollBar();
-    if (ds->RecNo() >= ds->RecordCount() - VisibleRowCount() || (bar->maximum() > 0 && bar->value() >= bar->maximum() - bar->pageStep()))
+    // The user came within a screen of the end (the grid's scroll bar moves the cursor).
+    if (isVisible() && VisibleRowCount() > 0 && ds->RecNo() > ds->RecordCount() - VisibleRowCount())
         OnNeedMore();
 }
 

@@ -162,11 +162,21 @@ TEST_P(FilterListSQL, ALongListComesAPageAtATime)
     for (int i = 0; i < data->Count(); ++i)
         ASSERT_EQ(data->KeyValue(i), QString::number(i < 60 ? i + 1 : 1000 + i - 60)) << i;
 
-    // Typing narrows the list in the database, and a narrowed list pages too.
-    grid.GetFilterGrid()->SwitchOptions({foIncrementalList}, true);
+    // The list reads on as the user goes to its end.
     grid.grab();
-    grid.ShowAutoFilter(column("name"));
+    grid.ShowAutoFilter(column("id"));
     auto *popup = grid.findChild<TQDBPopupFilterList *>();
+    ASSERT_TRUE(popup);
+    EXPECT_EQ(popup->DataSet()->RecordCount(), TQDBGridFilterList::PageValues);
+    QTest::keyClick(popup, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(popup->DataSet()->RecordCount(), 2 * TQDBGridFilterList::PageValues);
+    QTest::keyClick(popup, Qt::Key_Escape);
+    QApplication::processEvents();
+
+    // Typing narrows the list in the database.
+    grid.GetFilterGrid()->SwitchOptions({foIncrementalList}, true);
+    grid.ShowAutoFilter(column("name"));
+    popup = grid.findChild<TQDBPopupFilterList *>();
     ASSERT_TRUE(popup);
     QTest::keyClicks(popup, QStringLiteral("V010"));
     auto *shown = qobject_cast<TQDBFilterData *>(popup->DataSet());

@@ -251,17 +251,20 @@ void makeBig(long long rows)
 {
     exec("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF;");
     exec(R"(CREATE TABLE big (
-        ID INTEGER PRIMARY KEY, Name VARCHAR(20) NOT NULL, Amount REAL, Qty INTEGER, Day DATE, Code VARCHAR(8)))");
+        ID INTEGER PRIMARY KEY, Name VARCHAR(20) NOT NULL, Amount REAL, Qty INTEGER, Day DATE, Code VARCHAR(8),
+        City VARCHAR(12)))");
     exec("BEGIN");
-    Statement s("INSERT INTO big VALUES (?, ?, ?, ?, ?, ?)");
-    char name[24], code[12];
+    Statement s("INSERT INTO big VALUES (?, ?, ?, ?, ?, ?, ?)");
+    char name[24], code[12], city[16];
     for (long long i = 1; i <= rows; ++i) {
         for (int k = 0; k < 10; ++k)
             name[k] = char('a' + rng() % 26);
         name[10] = 0;
         std::snprintf(code, sizeof code, "C%06u", unsigned(rng() % 1000000));
         s.integer(1, i).text(2, name).real(3, (rng() % 100000) / 100.0).integer(4, uniform(1, 100));
-        s.text(5, date(2000 + int(rng() % 25), uniform(1, 12), uniform(1, 28))).text(6, code).run();
+        // A thousand towns, spread over the rows by a step prime to their number.
+        std::snprintf(city, sizeof city, "Town %03lld", i * 7919 % 1000);
+        s.text(5, date(2000 + int(rng() % 25), uniform(1, 12), uniform(1, 28))).text(6, code).text(7, city).run();
     }
     exec("COMMIT");
     exec("CREATE INDEX big_by_name ON big(Name)");
