@@ -325,18 +325,17 @@ void TQDBPopupFilterList::incrementalSearch(const QString &typed)
     updateTitles();
 }
 
-void TQDBPopupFilterList::PasteFromClipboard()
+void TQDBPopupFilterList::TickKeys(const QStringList &keys, bool clear)
 {
     auto *values = qobject_cast<TQDBFilterData *>(DataSet());
     if (!values || !values->Active())
         return;
-    QStringList lines = QGuiApplication::clipboard()->text().split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
-    if (!lines.isEmpty() && lines.back().isEmpty())
-        lines.removeLast(); // the break that ends the last line
     BeginSelect();
     TQBookmarkList &rows = SelectedRows();
-    for (const QString &line : lines) {
-        const int index = values->IndexOfKey(line.section(QLatin1Char('\t'), 0, 0));
+    if (clear)
+        rows.Clear();
+    for (const QString &key : keys) {
+        const int index = values->IndexOfKey(key);
         int at = 0;
         const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
         if (index >= 0 && !rows.Find(bookmark, at))
@@ -344,6 +343,30 @@ void TQDBPopupFilterList::PasteFromClipboard()
     }
     NotifyRowSelect(saSelect);
     EndSelect();
+    updateTitles();
+}
+
+QStringList TQDBPopupFilterList::TickedKeys() const
+{
+    QStringList keys;
+    auto *values = qobject_cast<TQDBFilterData *>(DataSet());
+    const TQBookmarkList &rows = SelectedRows();
+    for (int i = 0; values && i < rows.Count(); ++i) {
+        const int index = TQDBCustomData::BookmarkIndex(rows.Items(i));
+        if (index >= 0 && index < values->Count())
+            keys << values->KeyValue(index);
+    }
+    return keys;
+}
+
+void TQDBPopupFilterList::PasteFromClipboard()
+{
+    QStringList lines = QGuiApplication::clipboard()->text().split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
+    if (!lines.isEmpty() && lines.back().isEmpty())
+        lines.removeLast(); // the break that ends the last line
+    for (QString &line : lines)
+        line = line.section(QLatin1Char('\t'), 0, 0);
+    TickKeys(lines, false);
     SelectedRowsChanged();
 }
 
@@ -556,23 +579,9 @@ void TQDBGridFilterList::walk()
 
 void TQDBGridFilterList::LoadFilterList()
 {
-    TQDBPopupFilterList *popup = FilterPopup();
     const TStrings *list = Column() ? Column()->GetFilterList() : nullptr;
-    if (!popup || !list)
-        return;
-    popup->BeginSelect();
-    TQBookmarkList &rows = popup->SelectedRows();
-    rows.Clear();
-    for (int i = 0; i < list->Count(); ++i) {
-        const int index = data_.IndexOfKey(list->Get(i));
-        int at = 0;
-        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
-        if (index >= 0 && !rows.Find(bookmark, at))
-            rows.InsertItem(at, bookmark);
-    }
-    popup->NotifyRowSelect(saSelect);
-    popup->EndSelect();
-    popup->updateTitles();
+    if (FilterPopup() && list)
+        FilterPopup()->TickKeys(list->ToStringList(), true);
 }
 
 void TQDBGridFilterList::LoadSelectList()
@@ -585,40 +594,25 @@ void TQDBGridFilterList::LoadSelectList()
     TField *key = column->FilterField() ? column->FilterField() : column->GetField();
     if (!key)
         return;
-    const bool autoApply = popup->AutoApplyList();
-    popup->autoApplyList_ = false;
+    QStringList keys;
     grid->DisablePosition();
-    popup->BeginSelect();
-    TQBookmarkList &rows = popup->SelectedRows();
     for (const TBookmark &selected : grid->SelectedRows()) {
         Q_UNUSED(selected); // the enumerator stands the data set on each selected record
-        const int index = data_.IndexOfKey(key->Text());
-        int at = 0;
-        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
-        if (index >= 0 && !rows.Find(bookmark, at))
-            rows.InsertItem(at, bookmark);
+        keys << key->Text();
     }
-    popup->NotifyRowSelect(saSelect);
-    popup->EndSelect();
     grid->EnablePosition(true);
-    popup->autoApplyList_ = autoApply;
-    popup->SelectedRowsChanged();
+    popup->TickKeys(keys, false);
+    popup->SelectedRowsChanged(); // applied once, with auto-apply
 }
 
 void TQDBGridFilterList::SaveFilterList()
 {
-    TQDBPopupFilterList *popup = FilterPopup();
     TQColumn *column = Column();
-    if (!popup || !column)
+    if (!FilterPopup() || !column)
         return;
     TStringList values;
     values.SetSorted(true);
-    const TQBookmarkList &rows = popup->SelectedRows();
-    for (int i = 0; i < rows.Count(); ++i) {
-        const int index = TQDBCustomData::BookmarkIndex(rows.Items(i));
-        if (index >= 0 && index < data_.Count())
-            values.Add(data_.KeyValue(index));
-    }
+    values.AddStrings(FilterPopup()->TickedKeys());
     TStrings *list = column->GetFilterList();
     if (values.ToStringList() == list->ToStringList())
         return;
@@ -653,25 +647,11 @@ void TQDBGridFilterList::reload()
 {
     TQDBPopupFilterList *popup = FilterPopup();
     // Ticks are kept by value across the new load.
-    QStringList keys;
-    const TQBookmarkList &rows = popup->SelectedRows();
-    for (int i = 0; i < rows.Count(); ++i)
-        keys << data_.KeyValue(TQDBCustomData::BookmarkIndex(rows.Items(i)));
+    const QStringList keys = popup->TickedKeys();
     popup->reloading_ = true;
     LoadFilterData();
-    popup->BeginSelect();
-    popup->SelectedRows().Clear();
-    for (const QString &key : keys) {
-        const int index = data_.IndexOfKey(key);
-        int at = 0;
-        const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
-        if (index >= 0 && !popup->SelectedRows().Find(bookmark, at))
-            popup->SelectedRows().InsertItem(at, bookmark);
-    }
-    popup->NotifyRowSelect(saSelect);
-    popup->EndSelect();
+    popup->TickKeys(keys, true);
     popup->reloading_ = false;
-    popup->updateTitles();
 }
 
 void TQDBGridFilterList::DoDropDown()

@@ -46,6 +46,10 @@ public:
     void TitleClick(int command);
     // Ticks the rows whose values are lines of text (up to a tab), without regard to case.
     void PasteFromClipboard();
+    // Ticks the rows of these key values (case aside), after clearing the ticks if asked.
+    void TickKeys(const QStringList &keys, bool clear);
+    // The key values of the ticked rows, in list order.
+    QStringList TickedKeys() const;
     // The text typed to find a value; shown in the value column's title.
     QString SearchText() const { return search_; }
     // Ticks every row, or clears every tick.

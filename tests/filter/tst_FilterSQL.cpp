@@ -1,19 +1,26 @@
 // The auto filter over SQLite and PostgreSQL tables: the ticked values the database looks
 // for must select the very rows the grid's record handler accepts record by record, for
 // numbers, floats that print alike, decimals, text in any case and with blanks, dates,
-// times, truth values and NULLs; and nothing typed runs as SQL.
+// times, truth values and NULLs; the value lists the database gives must offer what the walk
+// of the records finds, a long one a page at a time; and nothing typed runs as SQL.
 
 #include "SQLTestSupport.h"
 #include "TestSupport.h"
 
 #include "filter/QDBFilter.h"
+#include "filter/QDBFilterList.h"
 #include "grid/QDBGrid.h"
 #include "platform/db/DataSource.h"
 #include "platform/rtl/Exceptions.h"
 #include "platform/rtl/FormatDateTime.h"
 #include "platform/sql/SQLDataSet.h"
 
+#include <QApplication>
+#include <QTest>
+
 #include <gtest/gtest.h>
+
+#include <map>
 
 using namespace qdb;
 using namespace qdb::test;
@@ -117,6 +124,56 @@ protected:
         grid.SetFilterRecord(nullptr);
     }
 
+    struct Entry
+    {
+        QString list;
+        int count = 0;
+    };
+    // The list's values by key, those equal but for case as one (as the filter matches them),
+    // and the keys in list order.
+    static std::map<QString, Entry> entries(TQDBFilterData &data, QStringList *order = nullptr)
+    {
+        std::map<QString, Entry> result;
+        for (int i = 0; i < data.Count(); ++i) {
+            Entry &e = result[data.KeyValue(i).toCaseFolded()];
+            if (e.list.isEmpty())
+                e.list = data.ListValue(i);
+            e.count += data.RecordsOf(i);
+            if (order && !order->contains(data.KeyValue(i), Qt::CaseInsensitive))
+                *order << data.KeyValue(i);
+        }
+        return result;
+    }
+    // The column's list from the database and from the walk (an application's record
+    // handler makes the records the only ones who can tell).
+    void expectBothPathsAgree(const char *field, bool sameOrder)
+    {
+        SCOPED_TRACE(field);
+        TQDBGridFilterList fromDatabase(&grid, column(field));
+        fromDatabase.LoadFilterData();
+        EXPECT_TRUE(fromDatabase.FromDatabase());
+        grid.SetFilterRecord(TFilterRecordEvent([](TDataSet *, bool &) {}, this));
+        grid.SetFiltered(true);
+        TQDBGridFilterList walked(&grid, column(field));
+        walked.LoadFilterData();
+        EXPECT_FALSE(walked.FromDatabase());
+        grid.SetFiltered(false);
+        grid.SetFilterRecord(nullptr);
+        QStringList databaseOrder, walkOrder;
+        const auto a = entries(*fromDatabase.FilterData(), &databaseOrder);
+        const auto b = entries(*walked.FilterData(), &walkOrder);
+        ASSERT_EQ(a.size(), b.size());
+        for (auto i = a.begin(), j = b.begin(); i != a.end(); ++i, ++j) {
+            EXPECT_EQ(i->first, j->first);
+            EXPECT_EQ(i->second.list, j->second.list) << i->first.toStdString();
+            EXPECT_EQ(i->second.count, j->second.count) << i->first.toStdString();
+        }
+        if (sameOrder) {
+            EXPECT_EQ(databaseOrder, walkOrder);
+        }
+    }
+    TQColumn *column(const char *field) { return column(QString::fromLatin1(field)); }
+
     TestDatabase db;
     TSQLConnection connection;
     TSQLTable table;
@@ -191,6 +248,67 @@ TEST_P(FilterSQL, NothingTypedRunsAsSQL)
     grid.GetFilterGrid()->ClearAutoFilter();
     EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM t")).ToInt64(), 48);
     EXPECT_EQ(ids().size(), 48);
+}
+
+TEST_P(FilterSQL, ValueListsFromTheDatabaseHoldWhatTheWalkFinds)
+{
+    grid.GetFilterGrid()->SetAutoFilter(true);
+    // Numbers, dates and truth values list in the same order: NULL first, then by value.
+    for (const char *field : {"qty", "price", "amount", "day", "flag"})
+        expectBothPathsAgree(field, true);
+    expectBothPathsAgree("name", false); // texts: in the database's collation
+    // Under the filters of the columns and of the application.
+    column("qty")->SetFilterText(QStringLiteral("qty >= 0"));
+    column("flag")->GetFilterList()->SetText(QStringLiteral("True"));
+    for (const char *field : {"name", "price", "day"})
+        expectBothPathsAgree(field, std::string(field) != "name");
+}
+
+TEST_P(FilterSQL, ALongValueListComesAPageAtATime)
+{
+    grid.GetFilterGrid()->SetAutoFilter(true);
+    const int rows = TQDBGridFilterList::PageValues * 2 + 100;
+    connection.StartTransaction();
+    for (int id = 1000; id < 1000 + rows; ++id)
+        connection.ExecSQL(QStringLiteral("INSERT INTO t (id, qty, name) VALUES (?, ?, ?)"),
+                           {id, id % 3, QStringLiteral("v%1").arg(id, 5, 10, QLatin1Char('0'))});
+    connection.Commit();
+    table.Refresh();
+    TQDBGridFilterList list(&grid, column("id"));
+    list.LoadFilterData();
+    TQDBFilterData *data = list.FilterData();
+    EXPECT_EQ(data->Count(), TQDBGridFilterList::PageValues);
+    EXPECT_TRUE(list.HasMore());
+    list.ReadMore();
+    list.ReadMore();
+    EXPECT_FALSE(list.HasMore());
+    ASSERT_EQ(data->Count(), rows + 48);
+    for (int i = 0; i < data->Count(); ++i)
+        ASSERT_EQ(data->KeyValue(i), QString::number(i < 48 ? i + 1 : 1000 + i - 48)) << i;
+
+    // The list reads on as the user goes to its end.
+    grid.grab();
+    grid.ShowAutoFilter(column("id"));
+    auto *popup = grid.findChild<TQDBPopupFilterList *>();
+    ASSERT_TRUE(popup);
+    EXPECT_EQ(popup->DataSet()->RecordCount(), TQDBGridFilterList::PageValues);
+    QTest::keyClick(popup, Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(popup->DataSet()->RecordCount(), 2 * TQDBGridFilterList::PageValues);
+    QTest::keyClick(popup, Qt::Key_Escape);
+    QApplication::processEvents();
+
+    // Typing narrows the list in the database.
+    grid.GetFilterGrid()->SwitchOptions({foIncrementalList}, true);
+    grid.ShowAutoFilter(column("name"));
+    popup = grid.findChild<TQDBPopupFilterList *>();
+    ASSERT_TRUE(popup);
+    QTest::keyClicks(popup, QStringLiteral("V010"));
+    auto *shown = qobject_cast<TQDBFilterData *>(popup->DataSet());
+    ASSERT_EQ(shown->Count(), 100); // v01000 .. v01099
+    EXPECT_EQ(shown->ListValue(0), "v01000");
+    popup->ToggleCheck(); // a Space this soon would go on with the text
+    QTest::keyClick(popup, Qt::Key_Return);
+    EXPECT_EQ(column("name")->GetFilterList()->ToStringList(), QStringList({"v01000"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, FilterSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), BackendName);
