@@ -553,8 +553,10 @@ public:
     // The column whose title's filter button is at a point of the viewport, if any.
     TQColumn *FilterButtonAt(const QPoint &point) const;
     // Drops the column's value list under its title (fsFilterList), else opens its filter
-    // form through OnShowFilterForm.
+    // form.
     void ShowAutoFilter(TQColumn *column);
+    // Opens the column's filter form; OnShowFilterForm, when set, opens one of its own.
+    void ShowFilterForm(TQColumn *column);
     std::function<void(TQColumn *column)> OnShowFilterForm;
     void InvalidateTitles();
     TNotifyEvent OnFilterUpdated;

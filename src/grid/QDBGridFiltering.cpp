@@ -1,6 +1,7 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
 
+#include "filter/QDBFilterForm.h"
 #include "filter/QDBFilterList.h"
 #include "filter/QDBGridFilter.h"
 #include "platform/rtl/Strings.h"
@@ -43,16 +44,12 @@ void TQCustomDBGrid::ShowAutoFilter(TQColumn *column)
     delete d_->filterList.data();
     const TFilterStyles styles = GetFilterGrid()->GetAutoFilters() * column->GetTitle()->GetAutoFilters();
     if (!styles.Contains(fsFilterList)) {
-        if (OnShowFilterForm)
-            OnShowFilterForm(column);
+        ShowFilterForm(column);
         return;
     }
     auto *list = new TQDBGridFilterList(this, column);
     d_->filterList = list;
-    list->OnShowFilterForm = [this](TQColumn *c) {
-        if (OnShowFilterForm)
-            OnShowFilterForm(c);
-    };
+    list->OnShowFilterForm = [this](TQColumn *c) { ShowFilterForm(c); };
     // The list hangs under the column's title, as wide as the column at least.
     QRect cell;
     for (const auto &[shown, button] : d_->filterButtons)
@@ -61,6 +58,20 @@ void TQCustomDBGrid::ShowAutoFilter(TQColumn *column)
     list->SetBounds(QRect(cell.left(), 0, cell.width(), RowAxis().FixedExtent()));
     list->OnCloseUp = [list](QObject *, bool) { list->deleteLater(); };
     showingErrors([&] { list->DropDown(); });
+}
+
+void TQCustomDBGrid::ShowFilterForm(TQColumn *column)
+{
+    if (OnShowFilterForm) {
+        OnShowFilterForm(column);
+        return;
+    }
+    // Modal to the grid's window, without holding up the caller.
+    auto *form = new TQDBGridFilterForm(window());
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    form->setWindowModality(Qt::WindowModal);
+    showingErrors([&] { form->CreateControls(column); });
+    form->open();
 }
 
 void TQCustomDBGrid::InvalidateTitles()
