@@ -57,6 +57,12 @@ TQDBPopupFilterList::TQDBPopupFilterList(QWidget *owner) : TQDBPopupList(owner)
     placeButtons();
 }
 
+TQDBPopupFilterList::~TQDBPopupFilterList()
+{
+    // The grid's teardown moves its scroll bar, and this part of it is gone by then.
+    disconnect(verticalScrollBar(), nullptr, this, nullptr);
+}
+
 void TQDBPopupFilterList::SetAutoApplyList(bool on)
 {
     autoApplyList_ = on;

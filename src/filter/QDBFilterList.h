@@ -28,6 +28,7 @@ public:
     enum TCommand { cmRemoveFilter, cmSelectFilter, cmAddSelected, cmLoadAll, cmCheckAll };
 
     explicit TQDBPopupFilterList(QWidget *owner);
+    ~TQDBPopupFilterList() override;
 
     bool AutoApplyList() const { return autoApplyList_; }
     void SetAutoApplyList(bool on);
