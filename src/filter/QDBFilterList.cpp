@@ -17,6 +17,7 @@
 #include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QToolButton>
+#include <QToolTip>
 
 namespace qdb {
 
@@ -365,15 +366,22 @@ QStringList TQDBPopupFilterList::TickedKeys() const
     return keys;
 }
 
-void TQDBPopupFilterList::PasteFromClipboard()
+int TQDBPopupFilterList::PasteFromClipboard()
 {
-    QStringList lines = QGuiApplication::clipboard()->text().split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
-    if (!lines.isEmpty() && lines.back().isEmpty())
-        lines.removeLast(); // the break that ends the last line
-    for (QString &line : lines)
-        line = line.section(QLatin1Char('\t'), 0, 0);
-    TickKeys(lines, false);
+    QStringList keys;
+    const QStringList lines = QGuiApplication::clipboard()->text().split(QRegularExpression(QStringLiteral("\r\n|\n|\r")));
+    for (const QString &line : lines) {
+        const QString key = line.section(QLatin1Char('\t'), 0, 0);
+        if (!key.trimmed().isEmpty()) // blank lines tick nothing
+            keys << key;
+    }
+    const int before = CheckedCount();
+    TickKeys(keys, false);
+    const int ticked = CheckedCount() - before;
     SelectedRowsChanged();
+    // What came of it, where the user looks.
+    QToolTip::showText(mapToGlobal(QPoint(0, 0)), FilterConsts::tr("%1 values ticked").arg(ticked), this);
+    return ticked;
 }
 
 // ---- the column's list ----

@@ -45,8 +45,9 @@ public:
 
     // Runs a command; the list reloads for cmLoadAll.
     void TitleClick(int command);
-    // Ticks the rows whose values are lines of text (up to a tab), without regard to case.
-    void PasteFromClipboard();
+    // Ticks the rows whose values are lines of the clipboard's text (up to a tab), without
+    // regard to case; answers how many it ticked that were not ticked.
+    int PasteFromClipboard();
     // Ticks the rows of these key values (case aside), after clearing the ticks if asked.
     void TickKeys(const QStringList &keys, bool clear);
     // The key values of the ticked rows, in list order.

@@ -236,9 +236,15 @@ TEST_F(FilterList, KeysTickSearchAndPaste)
     // Pasted lines tick their values; the text after a tab and unknown values are passed over.
     QGuiApplication::clipboard()->setText(QStringLiteral("PARIS\t3\r\nnowhere\nbern\n"));
     QTest::keyClick(popup, Qt::Key_V, Qt::ControlModifier);
+    // Blank lines tick nothing (not the empty value), and a megabyte of unknown text neither.
+    QString junk = QStringLiteral("\n\t\n  \n");
+    while (junk.size() < (1 << 20))
+        junk += QStringLiteral("no such town %1\tpaste\n").arg(junk.size());
+    QGuiApplication::clipboard()->setText(junk + QStringLiteral("rome"));
+    EXPECT_EQ(popup->PasteFromClipboard(), 1);
     QTest::keyClick(popup, Qt::Key_Return);
-    EXPECT_EQ(filterList("city"), QStringList({"Bern", "Paris"}));
-    EXPECT_EQ(table.RecordCount(), 4); // "paris" is ticked with "Paris"
+    EXPECT_EQ(filterList("city"), QStringList({"Bern", "Paris", "Rome"}));
+    EXPECT_EQ(table.RecordCount(), 5); // "paris" is ticked with "Paris"
 }
 
 TEST_F(FilterList, AutoApplyAndTheCommands)
