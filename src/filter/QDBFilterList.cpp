@@ -692,8 +692,8 @@ void TQDBGridFilterList::DoDropDown()
 
 void TQDBGridFilterList::DoCloseUp(bool accept)
 {
-    if (accept && FilterPopup() && !FilterPopup()->AutoApplyList())
-        SaveFilterList();
+    if (accept)
+        SaveFilterList(); // with auto-apply, only what was ticked without a notice
 }
 
 } // namespace qdb

@@ -8,6 +8,7 @@
 #include "editors/QDBDataEditor.h"
 #include "editors/QDBEditor.h"
 #include "editors/QDBMemoPopup.h"
+#include "filter/QDBFilterForm.h"
 #include "filter/QDBFilterList.h"
 #include "grid/QDBGridTotals.h"
 #include "platform/rtl/DateUtils.h"
@@ -18,6 +19,7 @@
 #include "TestSupport.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QKeyEvent>
@@ -541,6 +543,31 @@ TEST_P(ExplorerSQL, ListsFollowTheSchemaOnEitherDatabase)
         QTest::keyClicks(editor, QStringLiteral("Sou'west"));
         QTest::keyClick(editor, Qt::Key_Return);
         grid->DataSet()->Post();
+
+        // The stage's value list comes from the database with its counts; a tick filters.
+        TQColumn *stage = grid->GetColumns()->FindColumn(QStringLiteral("stage"));
+        grid->viewport()->grab();
+        grid->ShowAutoFilter(stage);
+        auto *popup = grid->findChild<TQDBPopupFilterList *>();
+        ASSERT_TRUE(popup && popup->isVisible());
+        auto *values = qobject_cast<TQDBFilterData *>(popup->DataSet());
+        ASSERT_EQ(values->Count(), 2);
+        EXPECT_EQ(values->ListValue(1), "won");
+        EXPECT_EQ(values->RecordsOf(1), 4);
+        popup->TickKeys({QStringLiteral("WON")}, true);
+        QTest::keyClick(popup, Qt::Key_Return);
+        EXPECT_EQ(grid->DataSet()->RecordCount(), 4);
+        QApplication::processEvents();
+
+        // The form: a condition by hand in place of the ticks.
+        grid->ShowFilterForm(stage);
+        auto *form = window.findChild<TQDBGridFilterForm *>();
+        ASSERT_TRUE(form);
+        form->ClauseList1->setCurrentIndex(form->ClauseList1->findData(int(fcIsEqual)));
+        form->ValuesList1->setEditText(QStringLiteral("open"));
+        form->accept();
+        EXPECT_EQ(grid->DataSet()->RecordCount(), 8);
+        EXPECT_EQ(stage->GetFilterList()->Count(), 0);
     }
     EXPECT_EQ(connection.ExecScalar(QStringLiteral("SELECT firm FROM deals WHERE id = 1")).ToInt(), 3);
     connection.Close();
