@@ -170,7 +170,7 @@ void TQDBPopupFilterList::SelectedRowsChanged()
 {
     updateTitles();
     InvalidateGrid();
-    if (autoApplyList_ && OnApply && !reloading_)
+    if (autoApplyList_ && OnApply)
         OnApply();
 }
 
@@ -185,7 +185,6 @@ void TQDBPopupFilterList::updateTitles()
     if (!search_.isEmpty())
         caption = QStringLiteral("%1: %2").arg(caption, search_);
     values->GetTitle()->SetCaption(caption);
-    setToolTip(QString());
     InvalidateTitles();
 }
 
@@ -662,10 +661,8 @@ void TQDBGridFilterList::reload()
     TQDBPopupFilterList *popup = FilterPopup();
     // Ticks are kept by value across the new load.
     const QStringList keys = popup->TickedKeys();
-    popup->reloading_ = true;
     LoadFilterData();
     popup->TickKeys(keys, true);
-    popup->reloading_ = false;
 }
 
 void TQDBGridFilterList::DoDropDown()

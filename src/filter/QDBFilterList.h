@@ -96,7 +96,6 @@ private:
     QString search_;
     QString valuesCaption_;
     QElapsedTimer lastSearchKey_;
-    bool reloading_ = false;
     friend class TQDBGridFilterList;
 };
 
