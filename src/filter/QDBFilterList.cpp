@@ -493,7 +493,7 @@ void TQDBGridFilterList::overValues(const std::function<void()> &read)
     TQCustomDBGrid *grid = Grid();
     TQDBGridFilter *filter = grid->GetFilterGrid();
     // The values of every record, not only of the rows the grid's filter leaves.
-    const bool switchOff = FilterPopup() && FilterPopup()->LoadAll() && filter->GetFiltered();
+    const bool switchOff = loadAll() && filter->GetFiltered();
     grid->DisablePosition();
     try {
         if (switchOff)
@@ -516,18 +516,30 @@ bool TQDBGridFilterList::readPage(bool first)
     TField *field = column->GetField();
     TDataSet *ds = Grid()->DataSet();
     // The database lists the values of the field itself, in its own order, page by page;
-    // ticked values first, and a narrowing by texts it cannot write, need every record.
-    const bool checkedFirst = FilterPopup() && FilterPopup()->CheckedFirst();
+    // a narrowing by texts it cannot write needs every record.
     const bool textual = field->DataType() == ftString || field->DataType() == ftWideString || field->DataType() == ftMemo
         || field->DataType() == ftWideMemo || field->DataType() == ftFixedChar;
-    if (checkedFirst || (column->FilterField() && column->FilterField() != field) || (!narrow_.isEmpty() && !textual))
+    if ((column->FilterField() && column->FilterField() != field) || (!narrow_.isEmpty() && !textual))
         return false;
     TDataSet::TDistinctRequest request;
     request.Field = field;
+    request.Prefix = narrow_;
+    QList<TDataSet::TDistinctValue> ticked;
+    if (first) {
+        // Ticked values first: asked for alone, and left out of the pages after them.
+        checkedTexts_ = checkedFirst() ? column->GetFilterList()->ToStringList() : QStringList();
+        if (!checkedTexts_.isEmpty()) {
+            request.TextsRule = 1;
+            request.Texts = checkedTexts_;
+            if (!ds->DistinctValues(request, ticked))
+                return false;
+        }
+    }
+    request.TextsRule = checkedTexts_.isEmpty() ? 0 : -1;
+    request.Texts = checkedTexts_;
     request.Limit = PageValues;
     request.After = !first;
     request.AfterValue = lastValue_;
-    request.Prefix = narrow_;
     QList<TDataSet::TDistinctValue> values;
     if (!ds->DistinctValues(request, values))
         return false;
@@ -537,26 +549,40 @@ bool TQDBGridFilterList::readPage(bool first)
     } else {
         data_.BeginAppend();
     }
-    QString previous;
-    for (const TDataSet::TDistinctValue &v : values) {
-        const TFieldValueScope shown(field, v.Value);
-        QString listValue = column->GetDisplayText();
-        if (listValue.isEmpty())
-            listValue = FilterConsts::tr("(Empty)");
-        const QString key = field->Text();
-        // The database's order stands: lines are numbered as read. Values it tells apart
-        // that read the same (NULL and an empty text) are one line, as in the walk.
-        const QString line = listValue + QChar(0) + key;
-        if (line != previous)
-            ++pageLines_;
-        previous = line;
-        data_.AddValue(QString::asprintf("%.8x", pageLines_), listValue, key, int(qMin<qint64>(v.Count, INT_MAX)));
-    }
+    const auto add = [&](const QList<TDataSet::TDistinctValue> &read, const QString &group) {
+        QString previous;
+        for (const TDataSet::TDistinctValue &v : read) {
+            const TFieldValueScope shown(field, v.Value);
+            QString listValue = column->GetDisplayText();
+            if (listValue.isEmpty())
+                listValue = FilterConsts::tr("(Empty)");
+            const QString key = field->Text();
+            // The database's order stands: lines are numbered as read. Values it tells apart
+            // that read the same (NULL and an empty text) are one line, as in the walk.
+            const QString line = listValue + QChar(0) + key;
+            if (line != previous)
+                ++pageLines_;
+            previous = line;
+            data_.AddValue(group + QString::asprintf("%.8x", pageLines_), listValue, key, int(qMin<qint64>(v.Count, INT_MAX)));
+        }
+    };
+    add(ticked, QStringLiteral("0"));
+    add(values, QStringLiteral("1"));
     more_ = values.size() == PageValues;
     if (!values.isEmpty())
         lastValue_ = values.back().Value;
     data_.EndLoad();
     return true;
+}
+
+bool TQDBGridFilterList::checkedFirst() const
+{
+    return FilterPopup() ? FilterPopup()->CheckedFirst() : Grid()->GetFilterGrid()->GetOptions().Contains(foCheckedFirst);
+}
+
+bool TQDBGridFilterList::loadAll() const
+{
+    return FilterPopup() ? FilterPopup()->LoadAll() : Grid()->GetFilterGrid()->GetOptions().Contains(foLoadAllItems);
 }
 
 void TQDBGridFilterList::walk()
@@ -566,7 +592,7 @@ void TQDBGridFilterList::walk()
     TDataSet *ds = Grid()->DataSet();
     TField *key = column->FilterField() ? column->FilterField() : field;
     const TStringList *ticked = static_cast<TStringList *>(column->GetFilterList());
-    const bool checkedFirst = FilterPopup() && FilterPopup()->CheckedFirst();
+    const bool tickedFirst = checkedFirst();
     data_.BeginLoad();
     try {
         for (ds->First(); !ds->Eof(); ds->Next()) {
@@ -577,7 +603,7 @@ void TQDBGridFilterList::walk()
             if (!narrow_.isEmpty() && !listValue.startsWith(narrow_, Qt::CaseInsensitive))
                 continue;
             QString order = GetFilterOrder(field);
-            if (checkedFirst) {
+            if (tickedFirst) {
                 int at = 0;
                 order.prepend(ticked->Find(keyValue, at) ? QLatin1Char('0') : QLatin1Char('1'));
             }

@@ -143,6 +143,9 @@ private:
     // A page of values from the database; false when only the walk can list them.
     bool readPage(bool first);
     void walk();
+    // The popup's choices, or the grid's options when no popup is open.
+    bool checkedFirst() const;
+    bool loadAll() const;
 
     TQDBFilterData data_;
     QString narrow_; // only values beginning with this (foIncrementalList)
@@ -150,6 +153,7 @@ private:
     bool fromDatabase_ = false;
     Variant lastValue_;
     int pageLines_ = 0;
+    QStringList checkedTexts_; // the ticked values listed first
 };
 
 } // namespace qdb

@@ -262,6 +262,21 @@ TEST_P(FilterSQL, ValueListsFromTheDatabaseHoldWhatTheWalkFinds)
     column("flag")->GetFilterList()->SetText(QStringLiteral("True"));
     for (const char *field : {"name", "price", "day"})
         expectBothPathsAgree(field, std::string(field) != "name");
+
+    // Ticked values first, over every record: asked of the database apart from the rest.
+    column("qty")->SetFilterText(QString());
+    grid.GetFilterGrid()->SwitchOptions({foCheckedFirst, foLoadAllItems}, true);
+    column("qty")->GetFilterList()->SetText(QStringLiteral("2\n-1"));
+    expectBothPathsAgree("qty", true);
+    column("name")->GetFilterList()->SetText(QStringLiteral("pear\nAPPLE"));
+    expectBothPathsAgree("name", false);
+    TQDBGridFilterList ticked(&grid, column("name"));
+    ticked.LoadFilterData();
+    QStringList first;
+    for (int i = 0; i < 3; ++i)
+        first << ticked.FilterData()->KeyValue(i).toCaseFolded();
+    first.sort();
+    EXPECT_EQ(first, QStringList({"apple", "apple", "pear"})); // "apple" and "APPLE" apart
 }
 
 TEST_P(FilterSQL, ALongValueListComesAPageAtATime)

@@ -641,8 +641,20 @@ bool TCustomSQLDataSet::DistinctValues(const TDistinctRequest &request, QList<TD
     QVariant after;
     if (request.After && !request.AfterValue.IsClear())
         after = ToDatabase(request.AfterValue, field, dialect);
+    SQLCondition texts;
+    if (request.TextsRule != 0) {
+        TFilterRecordMatch match;
+        match.Items << TFieldTextMatch{field->FieldName(), request.Texts};
+        const auto quote = [this](const QString &name) { return Quote(name); };
+        if (!TextMatchToSQL(match, this, dialect, quote, texts))
+            return false;
+        // A row the texts' test cannot tell (NULL) is no row of theirs.
+        if (request.TextsRule < 0)
+            texts.text = QStringLiteral("NOT COALESCE((%1), FALSE)").arg(texts.text);
+    }
     SQLRows rows;
-    source_->DistinctValues(columnOfField_[no - 1], request.After ? &after : nullptr, request.Prefix, request.Limit, rows);
+    source_->DistinctValues(columnOfField_[no - 1], request.After ? &after : nullptr, request.Prefix, texts, request.Limit,
+                            rows);
     values.clear();
     for (size_t i = 0; i + 1 < rows.values.size(); i += 2) {
         const Variant &v = rows.values[i];

@@ -344,7 +344,8 @@ Variant SQLRowSource::LongestText(int column)
     });
 }
 
-void SQLRowSource::DistinctValues(int column, const QVariant *after, const QString &prefix, int limit, SQLRows &rows)
+void SQLRowSource::DistinctValues(int column, const QVariant *after, const QString &prefix, const SQLCondition &also,
+                                  int limit, SQLRows &rows)
 {
     const bool pg = connection_->Dialect() == TSQLDialect::PostgreSQL;
     const QString c = QStringLiteral("qdb_q.") + Quote(record_.fieldName(column));
@@ -365,6 +366,10 @@ void SQLRowSource::DistinctValues(int column, const QVariant *after, const QStri
             .replace(QLatin1Char('_'), QStringLiteral("\\_"));
         where << QStringLiteral("CAST(%1 AS TEXT) %2 ? ESCAPE '\\'").arg(c, pg ? QStringLiteral("ILIKE") : QStringLiteral("LIKE"));
         params << pattern + QLatin1Char('%');
+    }
+    if (!also.text.isEmpty()) {
+        where << QLatin1Char('(') + also.text + QLatin1Char(')');
+        params += also.params;
     }
     const QString sql = QStringLiteral("SELECT %1, COUNT(*) FROM (%2) qdb_q%3 GROUP BY %1 ORDER BY %1%4%5")
                             .arg(c, shape_.body, where.isEmpty() ? QString() : QStringLiteral(" WHERE ") + where.join(QStringLiteral(" AND ")),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SQLConnection.h"
+#include "SQLFilter.h"
 #include "SQLText.h"
 
 #include <QElapsedTimer>
@@ -158,8 +159,10 @@ public:
     Variant LongestText(int column);
     // Up to `limit` (0: all) distinct values of a column, each followed by its number of
     // rows, NULL first; after `after` when given (a null `after` leaves out only NULL), those
-    // whose text begins with `prefix` without regard to case when it is not empty.
-    void DistinctValues(int column, const QVariant *after, const QString &prefix, int limit, SQLRows &rows);
+    // whose text begins with `prefix` without regard to case when it is not empty, and that
+    // meet `also` when it has a text.
+    void DistinctValues(int column, const QVariant *after, const QString &prefix, const SQLCondition &also, int limit,
+                        SQLRows &rows);
     // The number of rows and what each column asked for holds, in one aggregate query (and
     // one more for each first and last value); false when the database cannot compare or add
     // a kind of value as the data set reads it, or the order is not the source's own. Raises
