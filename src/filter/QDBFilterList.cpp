@@ -421,7 +421,6 @@ QString TQDBGridFilterList::GetFilterOrder(const TField *field)
 {
     if (!field || field->IsNull())
         return {};
-    const Variant value = field->Value();
     switch (field->DataType()) {
     case ftDate:
     case ftTime:
@@ -457,28 +456,22 @@ QString TQDBGridFilterList::GetFilterOrder(const TField *field)
 
 void TQDBGridFilterList::LoadFilterData()
 {
-    data_.BeginLoad();
     more_ = false;
+    fromDatabase_ = false;
     TQColumn *column = Column();
     TQCustomDBGrid *grid = Grid();
     TDataSet *ds = grid ? grid->DataSet() : nullptr;
     TField *field = column ? column->GetField() : nullptr;
     if (!field || !ds || !ds->Active() || !grid->DataLink()->Active()) {
+        data_.BeginLoad();
         data_.EndLoad();
         return;
     }
-    bool loaded = false;
-    try {
-        overValues([&] {
-            loaded = fromDatabase_ = readPage(true);
-            if (!loaded)
-                walk();
-        });
-    } catch (...) {
-        if (!loaded)
-            data_.EndLoad();
-        throw;
-    }
+    overValues([this] {
+        fromDatabase_ = readPage(true);
+        if (!fromDatabase_)
+            walk();
+    });
 }
 
 void TQDBGridFilterList::ReadMore()
