@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QSet>
 #include <QStyleOptionButton>
 #include <QToolButton>
 #include <QToolTip>
@@ -144,14 +145,17 @@ QSize TQDBPopupFilterList::CalcSize()
 
 int TQDBPopupFilterList::CheckedCount() const
 {
-    return SelectedRows().Count();
+    return SelectedRows().Count() + int(pending_.size());
 }
 
 void TQDBPopupFilterList::CheckAll(bool on)
 {
     if (on) {
+        if (partial_ && OnNeedAll)
+            OnNeedAll();
         SelectAll();
     } else {
+        pending_.clear();
         BeginSelect();
         SelectedRows().Clear();
         NotifyRowSelect(saClear);
@@ -244,7 +248,8 @@ void TQDBPopupFilterList::paintEvent(QPaintEvent *event)
     const int h = style()->pixelMetric(QStyle::PM_IndicatorHeight, &box, this);
     box.rect = QRect(rect.x() + (rect.width() - w) / 2, rect.y() + (rect.height() - h) / 2, w, h);
     box.state &= ~QStyle::State_HasFocus;
-    box.state |= ticked == 0 ? QStyle::State_Off : ticked == count ? QStyle::State_On : QStyle::State_NoChange;
+    const bool all = SelectedRows().Count() == count && pending_.isEmpty();
+    box.state |= ticked == 0 ? QStyle::State_Off : all ? QStyle::State_On : QStyle::State_NoChange;
     style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, this);
 }
 
@@ -324,8 +329,11 @@ void TQDBPopupFilterList::incrementalSearch(const QString &typed)
     } else if (!search_.isEmpty()) {
         TDataSet *ds = DataSet();
         if (ds && ds->Active() && GetColumns()->Count() > 0) {
-            if (TField *f = GetColumns()->Items(0)->GetField())
-                ds->Locate(f->FieldName(), Variant(search_), {loCaseInsensitive, loPartialKey});
+            if (TField *f = GetColumns()->Items(0)->GetField()) {
+                const auto locate = [&] { return ds->Locate(f->FieldName(), Variant(search_), {loCaseInsensitive, loPartialKey}); };
+                if (!locate() && partial_ && OnFindMore && OnFindMore(search_))
+                    locate();
+            }
         }
     }
     updateTitles();
@@ -338,13 +346,25 @@ void TQDBPopupFilterList::TickKeys(const QStringList &keys, bool clear)
         return;
     BeginSelect();
     TQBookmarkList &rows = SelectedRows();
+    QStringList wanted = clear ? QStringList() : pending_;
+    wanted += keys;
     if (clear)
         rows.Clear();
-    for (const QString &key : keys) {
+    pending_.clear();
+    QSet<QString> waiting;
+    for (const QString &key : std::as_const(wanted)) {
         const int index = values->IndexOfKey(key);
+        if (index < 0) {
+            const QString folded = key.toCaseFolded();
+            if (partial_ && !waiting.contains(folded)) {
+                waiting.insert(folded);
+                pending_ << key;
+            }
+            continue;
+        }
         int at = 0;
         const TBookmark bookmark = TQDBCustomData::IndexBookmark(index);
-        if (index >= 0 && !rows.Find(bookmark, at))
+        if (!rows.Find(bookmark, at))
             rows.InsertItem(at, bookmark);
     }
     NotifyRowSelect(saSelect);
@@ -362,7 +382,7 @@ QStringList TQDBPopupFilterList::TickedKeys() const
         if (index >= 0 && index < values->Count())
             keys << values->KeyValue(index);
     }
-    return keys;
+    return keys + pending_;
 }
 
 int TQDBPopupFilterList::PasteFromClipboard()
@@ -374,6 +394,14 @@ int TQDBPopupFilterList::PasteFromClipboard()
         if (!key.trimmed().isEmpty()) // blank lines tick nothing
             keys << key;
     }
+    // Values not loaded tick only when the whole list holds them.
+    auto *values = qobject_cast<TQDBFilterData *>(DataSet());
+    QStringList known, unknown;
+    for (const QString &key : std::as_const(keys))
+        (values && values->IndexOfKey(key) < 0 ? unknown : known) << key;
+    if (partial_ && OnFindKeys && !unknown.isEmpty())
+        known += OnFindKeys(unknown);
+    keys = known;
     const int before = CheckedCount();
     TickKeys(keys, false);
     const int ticked = CheckedCount() - before;
@@ -408,6 +436,9 @@ TQDBPopupList *TQDBGridFilterList::CreatePopup()
     popup->OnApply = [this] { ApplyFilterList(); };
     popup->OnReload = [this] { reload(); };
     popup->OnNeedMore = [this] { ReadMore(); };
+    popup->OnNeedAll = [this] { ReadAll(); };
+    popup->OnFindMore = [this](const QString &text) { return ReadUpTo(text); };
+    popup->OnFindKeys = [this](const QStringList &keys) { return FindKeys(keys); };
     if (options.Contains(foIncrementalList))
         popup->OnNarrow = [this](const QString &text) {
             narrow_ = text;
@@ -472,6 +503,8 @@ void TQDBGridFilterList::LoadFilterData()
         if (!fromDatabase_)
             walk();
     });
+    if (FilterPopup())
+        FilterPopup()->SetPartial(more_ || !narrow_.isEmpty());
 }
 
 void TQDBGridFilterList::ReadMore()
@@ -479,6 +512,96 @@ void TQDBGridFilterList::ReadMore()
     if (!more_)
         return;
     overValues([this] { readPage(false); });
+    appended();
+}
+
+void TQDBGridFilterList::ReadAll()
+{
+    if (!more_)
+        return;
+    overValues([this] { readPage(false, 0); });
+    appended();
+}
+
+bool TQDBGridFilterList::ReadUpTo(const QString &text)
+{
+    TField *field = Column() ? Column()->GetField() : nullptr;
+    if (!more_ || !fromDatabase_ || !listsText(field) || text.isEmpty())
+        return false;
+    bool found = false;
+    overValues([&] {
+        // The first value beyond the loaded ones that begins with the text, then every value
+        // up to it in one read.
+        TDataSet::TDistinctRequest probe;
+        probe.Field = field;
+        probe.Limit = 1;
+        probe.After = true;
+        probe.AfterValue = lastValue_;
+        probe.Prefix = text;
+        probe.TextsRule = checkedTexts_.isEmpty() ? 0 : -1;
+        probe.Texts = checkedTexts_;
+        QList<TDataSet::TDistinctValue> first;
+        if (Grid()->DataSet()->DistinctValues(probe, first) && !first.isEmpty())
+            found = readPage(false, 0, &first.front().Value);
+    });
+    appended();
+    return found;
+}
+
+QStringList TQDBGridFilterList::FindKeys(const QStringList &keys)
+{
+    QStringList found;
+    TQColumn *column = Column();
+    TField *field = column ? column->GetField() : nullptr;
+    TDataSet *ds = Grid() ? Grid()->DataSet() : nullptr;
+    if (!field || !ds || !ds->Active() || keys.isEmpty())
+        return found;
+    overValues([&] {
+        if (fromDatabase_) {
+            // In parts, within what a statement may bind.
+            constexpr qsizetype Part = 5000;
+            for (qsizetype i = 0; i < keys.size(); i += Part) {
+                TDataSet::TDistinctRequest request;
+                request.Field = field;
+                request.TextsRule = 1;
+                request.Texts = keys.mid(i, Part);
+                QList<TDataSet::TDistinctValue> values;
+                if (!ds->DistinctValues(request, values))
+                    break;
+                for (const TDataSet::TDistinctValue &v : std::as_const(values)) {
+                    const TFieldValueScope shown(field, v.Value);
+                    found << field->Text();
+                }
+            }
+            return;
+        }
+        TField *key = column->FilterField() ? column->FilterField() : field;
+        QSet<QString> wanted;
+        for (const QString &k : keys)
+            wanted.insert(k.toCaseFolded());
+        for (ds->First(); !ds->Eof() && !wanted.isEmpty(); ds->Next()) {
+            const QString text = key->Text();
+            if (wanted.remove(text.toCaseFolded()))
+                found << text;
+        }
+    });
+    return found;
+}
+
+void TQDBGridFilterList::appended()
+{
+    if (TQDBPopupFilterList *popup = FilterPopup()) {
+        popup->SetPartial(more_ || !narrow_.isEmpty());
+        popup->TickKeys({}, false); // ticks kept by value whose lines came
+    }
+}
+
+bool TQDBGridFilterList::listsText(const TField *field)
+{
+    if (!field)
+        return false;
+    const TFieldType type = field->DataType();
+    return type == ftString || type == ftWideString || type == ftMemo || type == ftWideMemo || type == ftFixedChar;
 }
 
 void TQDBGridFilterList::overValues(const std::function<void()> &read)
@@ -503,16 +626,14 @@ void TQDBGridFilterList::overValues(const std::function<void()> &read)
     grid->EnablePosition(true);
 }
 
-bool TQDBGridFilterList::readPage(bool first)
+bool TQDBGridFilterList::readPage(bool first, int limit, const Variant *until)
 {
     TQColumn *column = Column();
     TField *field = column->GetField();
     TDataSet *ds = Grid()->DataSet();
     // The database lists the values of the field itself, in its own order, page by page;
     // a narrowing by texts it cannot write needs every record.
-    const bool textual = field->DataType() == ftString || field->DataType() == ftWideString || field->DataType() == ftMemo
-        || field->DataType() == ftWideMemo || field->DataType() == ftFixedChar;
-    if ((column->FilterField() && column->FilterField() != field) || (!narrow_.isEmpty() && !textual))
+    if ((column->FilterField() && column->FilterField() != field) || (!narrow_.isEmpty() && !listsText(field)))
         return false;
     TDataSet::TDistinctRequest request;
     request.Field = field;
@@ -530,9 +651,12 @@ bool TQDBGridFilterList::readPage(bool first)
     }
     request.TextsRule = checkedTexts_.isEmpty() ? 0 : -1;
     request.Texts = checkedTexts_;
-    request.Limit = PageValues;
+    request.Limit = limit;
     request.After = !first;
     request.AfterValue = lastValue_;
+    request.Until = until != nullptr;
+    if (until)
+        request.UntilValue = *until;
     QList<TDataSet::TDistinctValue> values;
     if (!ds->DistinctValues(request, values))
         return false;
@@ -561,7 +685,8 @@ bool TQDBGridFilterList::readPage(bool first)
     };
     add(ticked, QStringLiteral("0"));
     add(values, QStringLiteral("1"));
-    more_ = values.size() == PageValues;
+    // Values beyond a bound may follow; a read without limit or bound was the last.
+    more_ = limit > 0 ? values.size() == limit : until != nullptr;
     if (!values.isEmpty())
         lastValue_ = values.back().Value;
     data_.EndLoad();

@@ -49,9 +49,15 @@ public:
     // regard to case; answers how many it ticked that were not ticked.
     int PasteFromClipboard();
     // Ticks the rows of these key values (case aside), after clearing the ticks if asked.
+    // While the list is partial, the ticks of values not loaded are kept by value and
+    // ticked when their lines come.
     void TickKeys(const QStringList &keys, bool clear);
-    // The key values of the ticked rows, in list order.
+    // The key values of the ticked rows, in list order, then those of ticked values not loaded.
     QStringList TickedKeys() const;
+    // Whether the lines loaded are not all the values: a long list read page by page, or
+    // one narrowed by typing.
+    void SetPartial(bool on) { partial_ = on; }
+    bool Partial() const { return partial_; }
     // The text typed to find a value; shown in the value column's title.
     QString SearchText() const { return search_; }
     // Ticks every row, or clears every tick.
@@ -69,6 +75,13 @@ public:
     std::function<void()> OnReload;
     // The list reached the end of what is loaded.
     std::function<void()> OnNeedMore;
+    // Loads the rest of a partial list, before every value is ticked.
+    std::function<void()> OnNeedAll;
+    // Loads a partial list up to the first value beginning with the text; false when no
+    // value not loaded begins with it.
+    std::function<bool(const QString &text)> OnFindMore;
+    // The keys among these that a partial list holds beyond its loaded lines.
+    std::function<QStringList(const QStringList &keys)> OnFindKeys;
     std::function<void()> OnApply;
     // Typing narrows the list to the values beginning with the text (foIncrementalList).
     std::function<void(const QString &text)> OnNarrow;
@@ -90,6 +103,8 @@ private:
     bool autoApplyList_ = false;
     bool loadAll_ = false;
     bool checkedFirst_ = false;
+    bool partial_ = false;
+    QStringList pending_; // ticked values whose lines are not loaded
     QToolButton *commands_[3] = {};
     QPushButton *ok_ = nullptr;
     QPushButton *cancel_ = nullptr;
@@ -116,6 +131,13 @@ public:
     void LoadFilterData();
     // The next page of a long list, when there is one.
     void ReadMore();
+    // The rest of a long list.
+    void ReadAll();
+    // A long list up to the first value beyond the loaded ones that begins with the text;
+    // false when there is none (or the database cannot tell).
+    bool ReadUpTo(const QString &text);
+    // The keys among these that some record holds (case aside), for a list partly loaded.
+    QStringList FindKeys(const QStringList &keys);
     bool HasMore() const { return more_; }
     // Whether the database listed the values (else the records were walked).
     bool FromDatabase() const { return fromDatabase_; }
@@ -141,7 +163,11 @@ private:
     // Runs a read of the values with the grid standing still, its own filter off for LoadAll.
     void overValues(const std::function<void()> &read);
     // A page of values from the database; false when only the walk can list them.
-    bool readPage(bool first);
+    bool readPage(bool first, int limit = PageValues, const Variant *until = nullptr);
+    // After lines were added: the popup learns whether more may come and ticks what waited.
+    void appended();
+    // Whether the database's text of the field is the text listed.
+    static bool listsText(const TField *field);
     void walk();
     // The popup's choices, or the grid's options when no popup is open.
     bool checkedFirst() const;

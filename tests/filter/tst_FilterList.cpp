@@ -279,3 +279,26 @@ TEST_F(FilterList, AutoApplyAndTheCommands)
     EXPECT_EQ(column("city")->GetFilterText(), "");
     EXPECT_EQ(table.RecordCount(), 10);
 }
+
+TEST_F(FilterList, NarrowingKeepsTheTicksOfTheValuesItHides)
+{
+    grid.GetFilterGrid()->SwitchOptions({foIncrementalList}, true);
+    TQDBPopupFilterList *popup = open("city");
+    ASSERT_TRUE(popup);
+    toggle(popup, "Rome");
+    QTest::keyClicks(popup, QStringLiteral("b"));
+    EXPECT_EQ(listed(popup), QStringList({"berlin 2", "Bern 1"}));
+    EXPECT_EQ(popup->CheckedCount(), 1);
+    popup->ToggleCheck(); // berlin; a Space this soon would go on with the text
+    // A pasted value the narrowed list hides is looked for among all the records.
+    QGuiApplication::clipboard()->setText(QStringLiteral("OSLO\nnowhere"));
+    EXPECT_EQ(popup->PasteFromClipboard(), 1);
+    QTest::keyClick(popup, Qt::Key_Escape); // the text, and the narrowing with it
+    EXPECT_EQ(listed(popup).filter(QStringLiteral("*")), QStringList({"*berlin 2", "*Oslo 2", "*Rome 1"}));
+    QTest::keyClicks(popup, QStringLiteral("p"));
+    popup->TitleClick(TQDBPopupFilterList::cmCheckAll); // clears the hidden ticks too
+    EXPECT_EQ(popup->CheckedCount(), 0);
+    popup->ToggleCheck();
+    QTest::keyClick(popup, Qt::Key_Return);
+    EXPECT_EQ(filterList("city"), QStringList({"Paris"}));
+}

@@ -16,6 +16,7 @@
 #include "platform/sql/SQLDataSet.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -234,6 +235,14 @@ TEST_P(FilterSQL, TickedValuesSelectWhatTheRecordHandlerAccepts)
     expectBothPathsAgree(QStringLiteral("two columns"));
     column(QStringLiteral("qty"))->SetFilterText(QStringLiteral("qty >= 0"));
     expectBothPathsAgree(QStringLiteral("two columns and a condition"));
+
+    // More ticked values than a statement may bind: the records are tested as read.
+    const QList<int> few = ids();
+    QStringList many;
+    for (int i = 0; i < 70000; ++i)
+        many << QStringLiteral("not a name %1").arg(i);
+    tick(QStringLiteral("name"), many + QStringList({QStringLiteral("APPLE"), QStringLiteral("pear")}));
+    EXPECT_EQ(ids(), few);
 }
 
 TEST_P(FilterSQL, NothingTypedRunsAsSQL)
@@ -324,6 +333,65 @@ TEST_P(FilterSQL, ALongValueListComesAPageAtATime)
     popup->ToggleCheck(); // a Space this soon would go on with the text
     QTest::keyClick(popup, Qt::Key_Return);
     EXPECT_EQ(column("name")->GetFilterList()->ToStringList(), QStringList({"v01000"}));
+}
+
+TEST_P(FilterSQL, TicksFindsAndPastesReachBeyondTheLoadedPages)
+{
+    grid.GetFilterGrid()->SetAutoFilter(true);
+    grid.GetFilterGrid()->SwitchOptions({foAutoApplyList}, false);
+    grid.GetFilterGrid()->SwitchOptions({foLoadAllItems}, true); // not only the rows ticked before
+    const int rows = TQDBGridFilterList::PageValues * 2 + 100;
+    connection.StartTransaction();
+    for (int id = 1000; id < 1000 + rows; ++id)
+        connection.ExecSQL(QStringLiteral("INSERT INTO t (id, name) VALUES (?, ?)"),
+                           {id, QStringLiteral("v%1").arg(id, 5, 10, QLatin1Char('0'))});
+    connection.Commit();
+    table.Refresh();
+    grid.grab();
+    const auto open = [this] {
+        QApplication::processEvents(); // the list closed before goes
+        grid.ShowAutoFilter(column("name"));
+        auto *popup = grid.findChild<TQDBPopupFilterList *>();
+        EXPECT_TRUE(popup && popup->DataSet()->RecordCount() <= TQDBGridFilterList::PageValues);
+        return popup;
+    };
+
+    // A ticked value the first page lacks stays ticked when another is ticked.
+    tick("name", {"v02050"});
+    TQDBPopupFilterList *popup = open();
+    ASSERT_TRUE(popup);
+    EXPECT_EQ(popup->CheckedCount(), 1);
+    QTest::keyClick(popup, Qt::Key_Space);
+    QTest::keyClick(popup, Qt::Key_Return);
+    const QString first = column("name")->GetFilterList()->Strings(0);
+    EXPECT_EQ(column("name")->GetFilterList()->ToStringList(), QStringList({first, "v02050"}));
+
+    // Pasted values are looked for in the database.
+    popup = open();
+    ASSERT_TRUE(popup);
+    QGuiApplication::clipboard()->setText(QStringLiteral("V02070\nv02080\t7\nv9\n%\n"));
+    EXPECT_EQ(popup->PasteFromClipboard(), 2);
+    QTest::keyClick(popup, Qt::Key_Return);
+    EXPECT_EQ(column("name")->GetFilterList()->ToStringList(), QStringList({first, "v02050", "v02070", "v02080"}));
+
+    // Typing reads on to the value it finds; the ticks waiting for it show.
+    popup = open();
+    ASSERT_TRUE(popup);
+    QTest::keyClicks(popup, QStringLiteral("v0207"));
+    auto *data = qobject_cast<TQDBFilterData *>(popup->DataSet());
+    EXPECT_EQ(data->ListValue(data->RecordIndex()), "v02070");
+    int at = 0;
+    EXPECT_TRUE(popup->SelectedRows().Find(TQDBCustomData::IndexBookmark(data->RecordIndex()), at));
+    QTest::keyClick(popup, Qt::Key_Escape);
+    QTest::keyClicks(popup, QStringLiteral("v9")); // nothing: the list stays as it is
+    EXPECT_TRUE(popup->isVisible());
+
+    // Ticking every value reads them all.
+    popup->TitleClick(TQDBPopupFilterList::cmCheckAll); // clears
+    popup->TitleClick(TQDBPopupFilterList::cmCheckAll);
+    EXPECT_EQ(popup->CheckedCount(), data->Count());
+    EXPECT_EQ(data->Count(), rows + 9); // and the names of the 48 rows, NULL with the empty one
+    QTest::keyClick(popup, Qt::Key_Escape);
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, FilterSQL, testing::Values(Backend::SQLite, Backend::PostgreSQL), BackendName);

@@ -183,7 +183,7 @@ public:
     // The distinct values of a data field over the records the data set holds now (its
     // filter applied), with the number of records of each, in the field's ascending order
     // with NULL first: at most Limit of them (0: all), those after AfterValue when After is
-    // set, those whose text begins with Prefix (case aside) when it is not empty, and with
+    // set and up to UntilValue (included) when Until is, those whose text begins with Prefix (case aside) when it is not empty, and with
     // TextsRule those whose field shows one of Texts (1) or none of them (-1). False when
     // only a walk of the records can tell.
     struct TDistinctRequest
@@ -192,6 +192,8 @@ public:
         int Limit = 0;
         bool After = false;
         Variant AfterValue;
+        bool Until = false;
+        Variant UntilValue;
         QString Prefix;
         int TextsRule = 0;
         QStringList Texts;

@@ -652,6 +652,13 @@ bool TCustomSQLDataSet::DistinctValues(const TDistinctRequest &request, QList<TD
         if (request.TextsRule < 0)
             texts.text = QStringLiteral("NOT COALESCE((%1), FALSE)").arg(texts.text);
     }
+    if (request.Until && !request.UntilValue.IsClear()) {
+        // NULL sorts first, so it is never beyond the bound.
+        const QString c = Quote(field->FieldName());
+        const QString until = QStringLiteral("(%1 IS NULL OR %1 <= ?)").arg(c);
+        texts.text = texts.text.isEmpty() ? until : QStringLiteral("(%1) AND %2").arg(texts.text, until);
+        texts.params << ToDatabase(request.UntilValue, field, dialect);
+    }
     SQLRows rows;
     source_->DistinctValues(columnOfField_[no - 1], request.After ? &after : nullptr, request.Prefix, texts, request.Limit,
                             rows);

@@ -48,6 +48,9 @@ double edgeOf(double inside, double outside, const std::function<QString(double)
     return fromOrder(in);
 }
 
+// SQLite as commonly built binds at most 32,766 parameters to a statement.
+constexpr int MaxListedValues = 30000;
+
 class Translator
 {
 public:
@@ -73,6 +76,10 @@ public:
             if (!values(f, text, equal, parts))
                 return false;
         }
+        // Past this the statement could not bind its values; the records are tested where
+        // they are read instead.
+        if (equal.size() > MaxListedValues)
+            return false;
         if (!equal.isEmpty()) {
             QStringList marks;
             for (const QVariant &v : equal) {
