@@ -16,10 +16,13 @@
 #include "platform/rtl/Strings.h"
 
 #include <QCheckBox>
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStandardItemModel>
@@ -89,15 +92,10 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
         line->setFrameShadow(QFrame::Sunken);
         line->setGeometry(16, top, 337, 2);
     }
-    const TQDBGridFilterClauses offered = TQDBColumnFilter(column).GetFilterClauses();
     auto makeClauses = [&](const char *name, int top) {
         auto *list = new QComboBox(this);
         list->setObjectName(QString::fromLatin1(name));
         list->setGeometry(16, top, 161, 21);
-        list->addItem(QString(), int(fcNoFilter));
-        for (int c = fcContains; c <= fcIsNotEmpty; ++c)
-            if (offered.Contains(TQDBGridFilterClause(c)))
-                list->addItem(FilterConsts::ClauseCaption(TQDBGridFilterClause(c)), c);
         return list;
     };
     auto makeValues = [&](const char *name, int top) {
@@ -112,8 +110,6 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
         auto *button = new QToolButton(this);
         button->setGeometry(330, top, 23, 22);
         button->setText(QStringLiteral("..."));
-        button->setToolTip(isDateField() ? tr("Show calendar") : tr("Show calculator"));
-        button->setVisible(isDateField() || isNumberField());
         connect(button, &QToolButton::clicked, this, [this, which] { ListButtonClick(which); });
         return button;
     };
@@ -156,6 +152,12 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
     cancel->setGeometry(278, 160, 75, 25);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
+    SetFilterClauses(TQDBColumnFilter(column).GetFilterClauses());
+    if (const TQCustomDBGrid *grid = column->GetGrid()) {
+        SetDropDownRows(grid->GetFilterGrid()->GetDropDownRows());
+        SetDropDownWidth(grid->GetFilterGrid()->GetDropDownWidth());
+    }
+    SetListButtonStyle(listButtonStyle_);
     LoadPeriodData();
     LoadFilterData();
     LoadFilterForm();
@@ -297,7 +299,7 @@ void TQDBGridFilterForm::ListButtonClick(int which)
     QComboBox *values = which == 1 ? ValuesList1 : ValuesList2;
     QToolButton *button = which == 1 ? ListButton1 : ListButton2;
     TQDBPopupList *popup = nullptr;
-    if (isDateField()) {
+    if (calendarButtons()) {
         auto *calendar = new TQDBPopupCalendar(values);
         TDateTime date = 0;
         calendar->SetDate(TryStrToDateTime(values->currentText(), date) ? date : Date());
@@ -318,6 +320,87 @@ void TQDBGridFilterForm::ListButtonClick(int which)
         popup = calculator;
     }
     popup->PlaceUnder(QRect(values->mapToGlobal(QPoint(0, 0)), QSize(values->width() + button->width() + 5, values->height())));
+}
+
+bool TQDBGridFilterForm::calendarButtons() const
+{
+    return listButtonStyle_ == cbsCalendar || (listButtonStyle_ != cbsCalculator && isDateField());
+}
+
+bool TQDBGridFilterForm::listButtons() const
+{
+    return listButtonStyle_ == cbsCalendar || listButtonStyle_ == cbsCalculator
+        || ((listButtonStyle_ == cbsAuto || listButtonStyle_ == cbsDropDown) && (isDateField() || isNumberField()));
+}
+
+void TQDBGridFilterForm::SetFilterClauses(TQDBGridFilterClauses clauses)
+{
+    for (QComboBox *list : {ClauseList1, ClauseList2}) {
+        if (!list)
+            continue;
+        const QSignalBlocker quiet(list);
+        const int chosen = list->currentData().toInt();
+        list->clear();
+        list->addItem(QString(), int(fcNoFilter));
+        for (int c = fcContains; c <= fcIsNotEmpty; ++c)
+            if (clauses.Contains(TQDBGridFilterClause(c)))
+                list->addItem(FilterConsts::ClauseCaption(TQDBGridFilterClause(c)), c);
+        setClause(list, chosen);
+    }
+}
+
+void TQDBGridFilterForm::SetDropDownRows(int rows)
+{
+    for (QComboBox *list : {ClauseList1, ClauseList2, ValuesList1, ValuesList2, PeriodList})
+        if (list)
+            list->setMaxVisibleItems(rows > 0 ? rows : 10); // Qt's own number
+}
+
+void TQDBGridFilterForm::SetDropDownWidth(int width)
+{
+    for (QComboBox *list : {ValuesList1, ValuesList2})
+        if (list)
+            list->view()->setMinimumWidth(qMax(0, width));
+}
+
+void TQDBGridFilterForm::SetListButtonStyle(TQColumnButtonStyle style)
+{
+    listButtonStyle_ = style;
+    for (QToolButton *button : {ListButton1, ListButton2}) {
+        if (!button)
+            continue;
+        button->setToolTip(calendarButtons() ? tr("Show calendar") : tr("Show calculator"));
+        button->setVisible(listButtons());
+    }
+}
+
+void TQDBGridFilterForm::SetFlatButtons(bool on)
+{
+    for (QToolButton *button : {ListButton1, ListButton2})
+        if (button)
+            button->setAutoRaise(on);
+}
+
+void TQDBGridFilterForm::ClearConditions()
+{
+    inListChange_ = true;
+    for (QComboBox *list : {ClauseList1, ClauseList2})
+        setClause(list, fcNoFilter);
+    for (QComboBox *list : {ValuesList1, ValuesList2})
+        list->setEditText(QString());
+    PeriodList->setCurrentIndex(0);
+    RadioButton1->setChecked(true);
+    NOTCheckBox->setChecked(false);
+    clauseChanged(ClauseList1, ValuesList1, ListButton1);
+    clauseChanged(ClauseList2, ValuesList2, ListButton2);
+    inListChange_ = false;
+}
+
+void TQDBGridFilterForm::contextMenuEvent(QContextMenuEvent *event)
+{
+    QMenu menu(this);
+    menu.addAction(tr("Clear conditions"), this, &TQDBGridFilterForm::ClearConditions);
+    menu.exec(event->globalPos());
 }
 
 void TQDBGridFilterForm::SaveFilterForm()

@@ -7,6 +7,8 @@
 #include "QDBFilterData.h"
 #include "QDBFilterPeriods.h"
 
+#include "grid/QDBGridTypes.h"
+
 #include <QDialog>
 #include <QPointer>
 
@@ -45,6 +47,17 @@ public:
     // Opens the calendar or the calculator for values list 1 or 2.
     void ListButtonClick(int which);
 
+    // The grid's auto filter settings and look, passed to the controls.
+    void SetFilterClauses(TQDBGridFilterClauses clauses);
+    void SetDropDownRows(int rows);
+    void SetDropDownWidth(int width);
+    // Which popup the list buttons open: the calendar, the calculator, by the field's type
+    // (cbsAuto), or none (the buttons hidden).
+    void SetListButtonStyle(TQColumnButtonStyle style);
+    void SetFlatButtons(bool on);
+    // Empties both conditions and the period, back to AND without reversal.
+    void ClearConditions();
+
     QComboBox *ClauseList1 = nullptr;
     QComboBox *ClauseList2 = nullptr;
     QComboBox *ValuesList1 = nullptr;
@@ -70,10 +83,15 @@ private:
     void clauseChanged(QComboBox *clauses, QComboBox *values, QToolButton *button);
     bool isDateField() const;
     bool isNumberField() const;
+    // Whether the list buttons open the calendar (else the calculator), and whether any.
+    bool calendarButtons() const;
+    bool listButtons() const;
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
     QPointer<TQColumn> column_;
     QList<TQFilterPeriodItem> periods_; // by the period list's index - 1
     bool inListChange_ = false;
+    TQColumnButtonStyle listButtonStyle_ = cbsAuto;
 };
 
 } // namespace qdb

@@ -153,3 +153,33 @@ TEST_F(FilterForm, TheListsSelectFilterOpensTheForm)
     EXPECT_EQ(form->Column(), column("city"));
     form->reject();
 }
+
+TEST_F(FilterForm, TheGridsSettingsReachTheControls)
+{
+    grid.GetFilterGrid()->SetDropDownRows(12);
+    grid.GetFilterGrid()->SetClauses({fcIsEqual, fcIsEmpty});
+    TQDBGridFilterForm form;
+    form.CreateControls(column("city"));
+    EXPECT_EQ(form.ValuesList1->maxVisibleItems(), 12);
+    EXPECT_EQ(form.ClauseList2->count(), 3); // the empty choice and the two offered
+    // A calendar for a text field, when the grid asks for one.
+    form.SetListButtonStyle(cbsCalendar);
+    ASSERT_TRUE(form.ListButton1->isVisibleTo(&form));
+    EXPECT_EQ(form.ListButton1->toolTip(), "Show calendar");
+    form.SetListButtonStyle(cbsNone);
+    EXPECT_FALSE(form.ListButton1->isVisibleTo(&form));
+
+    // Clearing the conditions leaves the chosen clauses offered.
+    choose(form.ClauseList1, fcIsEqual);
+    form.ValuesList1->setEditText(QStringLiteral("Oslo"));
+    form.RadioButton2->setChecked(true);
+    form.SetFilterClauses({fcIsEqual});
+    EXPECT_EQ(form.ClauseList1->currentData().toInt(), int(fcIsEqual));
+    form.ClearConditions();
+    EXPECT_EQ(form.ClauseList1->currentData().toInt(), int(fcNoFilter));
+    EXPECT_EQ(form.ValuesList1->currentText(), "");
+    EXPECT_TRUE(form.RadioButton1->isChecked());
+    form.accept();
+    EXPECT_TRUE(column("city")->GetFilterText().isEmpty());
+    EXPECT_EQ(table.RecordCount(), 6);
+}
