@@ -66,7 +66,13 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     }
     const bool alt = event->modifiers().testFlag(Qt::AltModifier);
     if ((key == Qt::Key_F4 && !alt && !ctrl) || (alt && (key == Qt::Key_Up || key == Qt::Key_Down))) {
-        dropDownCell(key == Qt::Key_F4);
+        // Alt+Down on a cell without a list of its own drops the column's value list.
+        TQColumn *column = ColumnAt(Col());
+        const bool cellList = GetOptions().Contains(dgEditing) && GetEditorStyle() == edsDropDownList;
+        if (alt && key == Qt::Key_Down && !cellList && HasFilterButton(column))
+            ShowAutoFilter(column);
+        else
+            dropDownCell(key == Qt::Key_F4);
         event->accept();
         return;
     }

@@ -278,6 +278,15 @@ TEST_F(FilterList, AutoApplyAndTheCommands)
     popup->CommandButton(TQDBPopupFilterList::cmRemoveFilter)->click();
     EXPECT_EQ(column("city")->GetFilterText(), "");
     EXPECT_EQ(table.RecordCount(), 10);
+
+    // Alt+Down drops the current column's list from the keyboard.
+    QApplication::processEvents();
+    grid.setFocus();
+    grid.SetCol(grid.DataToRawColumn(column("qty")->Index()));
+    QTest::keyClick(&grid, Qt::Key_Down, Qt::AltModifier);
+    popup = grid.findChild<TQDBPopupFilterList *>();
+    ASSERT_TRUE(popup && popup->isVisible());
+    EXPECT_EQ(popup->GetColumns()->Items(0)->GetTitle()->GetCaption(), "qty");
 }
 
 TEST_F(FilterList, NarrowingKeepsTheTicksOfTheValuesItHides)
