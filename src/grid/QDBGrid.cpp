@@ -286,6 +286,7 @@ void TQCustomDBGrid::ColWidthsChanged()
 void TQCustomDBGrid::resizeEvent(QResizeEvent *event)
 {
     TCustomGrid::resizeEvent(event);
+    placeSearchPanel();
     UpdateRowCount();
     StretchGrid();
 }

@@ -6,6 +6,7 @@
 #include "QDBGridTypes.h"
 
 #include "editors/QDBEditorTypes.h"
+#include "filter/QDBSearch.h"
 
 #include "platform/db/DataSource.h"
 #include "platform/rtl/Colors.h"
@@ -20,6 +21,7 @@ namespace qdb {
 
 class TQCustomDBGrid;
 class TQDBGridFilter;
+class TQDBGridSearchPanel;
 class TQDBGridTotals;
 
 // The spacings of the grid's rows and title columns.
@@ -134,6 +136,7 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions)
     Q_PROPERTY(QString DetailFields READ GetDetailFields WRITE SetDetailFields)
     Q_PROPERTY(qdb::TQDBGridFilter *FilterGrid READ GetFilterGrid)
+    Q_PROPERTY(qdb::TQDBGridSearch *Search READ GetSearch)
     Q_PROPERTY(bool ReadOnly READ GetReadOnly WRITE SetReadOnly)
 
 public:
@@ -522,6 +525,23 @@ public:
     TTotalGetTextEvent OnTotalGetText;
     TNotifyEvent OnTotalsUpdated;
 
+    // ---- search ----
+    TQDBGridSearch *GetSearch() const;
+    // Looks for Search.Text with Search.Options; from the other end again, with
+    // soWrapAround or when the user agrees; says when nothing is found (not with
+    // soSkipMessage). Whether a match was found.
+    bool SearchGrid(TQSearchMode mode);
+    // Goes to the first cell showing the text in that direction: its record becomes the
+    // current one and its column the selected one. Where nothing is found the grid stays.
+    bool SearchCell(TQSearchMode mode, const QString &text, TQSearchOptions options);
+    // The strip with the search box, above or below the rows.
+    void ShowSearchPanel();
+    void CloseSearchPanel();
+    void UpdateSearchPanel();
+    TQDBGridSearchPanel *SearchPanel() const;
+    // Search's text or options changed: the matches are painted anew.
+    virtual void SearchChanged();
+
     // ---- the auto filter ----
     TQDBGridFilter *GetFilterGrid() const;
     // Installs the columns' filters in the data set, refreshes them, or takes them out and
@@ -632,6 +652,11 @@ private:
     bool drawColumnImage(QPainter &painter, QRect &area, TQColumn *column, const QPixmap &image, bool rtl);
     void drawTitles(QPainter &painter, const QRect &exposed);
     void drawFilterButton(QPainter &painter, const QRect &rect, bool filtered);
+    // Marks where the searched text shows in a cell's one line of text.
+    // Draws the text with the match marked; false, with nothing drawn, where none shows.
+    bool drawSearchMatch(QPainter &painter, const QRect &area, const QString &text, Qt::Alignment alignment,
+                         TQColumn *column, bool selected, const QColor &fill, const QColor &textColor);
+    void placeSearchPanel();
     void layoutBottomRows();
     void layoutTitleRows();
     void clampFixedCols();

@@ -149,8 +149,8 @@ void TQCustomDBGrid::UpdateFilter()
         return;
     TQDBGridFilter *filter = GetFilterGrid();
     TDataSet *ds = DataSet();
-    // The search panel's row filter and the tree view work through the record handler too.
-    const bool rowFilters = false;
+    // The search panel's row filter works through the record handler too.
+    const bool rowFilters = GetSearch()->GetFilterActive();
     if (!rowFilters && (!filter->GetAutoUpdate() || !d_->link->Active() || filter->FilterColumns().isEmpty())) {
         if (!filter->Installed())
             return;
@@ -248,6 +248,8 @@ void TQCustomDBGrid::FilterRecord(TDataSet *dataSet, bool &accept)
         if (!ticked->Find(f->Text(), index))
             return;
     }
+    if (GetSearch()->GetFilterActive() && !GetSearch()->MatchesRecord())
+        return;
     accept = true;
     if (GetFilterGrid()->Installed() && d_->savedFiltered && d_->savedFilterRecord)
         d_->savedFilterRecord(dataSet, accept);

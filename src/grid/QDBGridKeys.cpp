@@ -58,6 +58,20 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     const bool move = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown
         || (ctrl && (key == Qt::Key_Home || key == Qt::Key_End));
     const bool extending = move && GetRowsSelection() && event->modifiers().testFlag(Qt::ShiftModifier);
+    if (key == Qt::Key_F && ctrl && !event->modifiers().testFlag(Qt::ShiftModifier)) {
+        ShowSearchPanel();
+        event->accept();
+        return;
+    }
+    if (key == Qt::Key_F3) {
+        // Without a text yet, the panel to type one.
+        if (GetSearch()->GetText().isEmpty())
+            ShowSearchPanel();
+        else
+            showingErrors([&] { SearchGrid(ShiftStateToSearchMode(event->modifiers())); });
+        event->accept();
+        return;
+    }
     if (key == Qt::Key_L && ctrl && event->modifiers().testFlag(Qt::ShiftModifier)) {
         // Every column shows all its values again.
         showingErrors([this] { GetFilterGrid()->ClearAutoFilter(); });

@@ -217,7 +217,8 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
     QString shown = field || column->GetAutoNumber() ? column->GetDisplayText() : QString();
     if (!wrap && column->GetMultiSelectList() && column->GetMultiSelectText() == mstEllipsis)
         shown = column->FitItems(shown, painter.fontMetrics(), area.width());
-    DrawCellText(painter, area, shown, alignment, wrap, &d_->textFit);
+    if (wrap || !drawSearchMatch(painter, area, shown, alignment, column, selectedCell || multiSelected, fill, text))
+        DrawCellText(painter, area, shown, alignment, wrap, &d_->textFit);
 
     if (state.Contains(gdFocused) && hasFocus() && d_->focusRect != frNone && !EditorMode()) {
         QPen pen(d_->focusRect == frGray || d_->focusRect == frMild ? pal.color(QPalette::Mid) : text, 1, Qt::DotLine);
@@ -225,6 +226,44 @@ void TQCustomDBGrid::DefaultDrawColumnCell(QPainter &painter, const QRect &rect,
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(rect.adjusted(0, 0, -1, -1));
     }
+}
+
+bool TQCustomDBGrid::drawSearchMatch(QPainter &painter, const QRect &area, const QString &text,
+                                     Qt::Alignment alignment, TQColumn *column, bool selected, const QColor &fill,
+                                     const QColor &textColor)
+{
+    const TQDBGridSearch *search = d_->search;
+    if (!search || !search->GetActive() || search->GetText().isEmpty() || !d_->drawingOptions.Contains(gdoHighlightText)
+        || area.width() <= 0)
+        return false;
+    const TQSearchOptions options = search->GetOptions();
+    if (options.Contains(soCurrentCol) && ColumnAt(Col()) != column)
+        return false;
+    // The match as it shows in the line drawn, ellipsis and all.
+    const QFontMetrics fm = painter.fontMetrics();
+    const QString shown = d_->textFit.Fit(fm, painter.font(), text, area.width());
+    const int pos = SearchTextPos(search->GetText(), shown, options);
+    if (pos <= 0)
+        return false;
+    const int width = fm.horizontalAdvance(shown);
+    int x = area.left();
+    if (alignment & Qt::AlignRight)
+        x = area.right() + 1 - width;
+    else if (alignment & Qt::AlignHCenter)
+        x = area.left() + (area.width() - width) / 2;
+    const QRect mark(x + fm.horizontalAdvance(shown.left(pos - 1)), area.top() + 1,
+                     fm.horizontalAdvance(shown.mid(pos - 1, search->GetText().size())), area.height() - 2);
+    // On a selected cell the marks turn its colours round.
+    const QColor markFill = selected ? textColor : PaintColor(d_->selectionColor, DefaultSelectionColor());
+    const QColor markText = selected ? fill : PaintColor(d_->highlightText, DefaultHighlightText());
+    painter.fillRect(mark.intersected(area), markFill);
+    DrawCellText(painter, area, text, alignment, false, &d_->textFit);
+    painter.save();
+    painter.setClipRect(mark.intersected(area), Qt::IntersectClip);
+    painter.setPen(markText);
+    DrawCellText(painter, area, text, alignment, false, &d_->textFit);
+    painter.restore();
+    return true;
 }
 
 bool TQCustomDBGrid::drawColumnImage(QPainter &painter, QRect &area, TQColumn *column, const QPixmap &image, bool rtl)

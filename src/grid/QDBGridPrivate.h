@@ -37,6 +37,8 @@ struct TQCustomDBGrid::Private
     // Where the titles' filter buttons were last painted, for clicks to find them.
     QList<QPair<QPointer<TQColumn>, QRect>> filterButtons;
     QPointer<QObject> filterList; // the value list open under a title
+    TQDBGridSearch *search = nullptr; // a child of the grid
+    QPointer<TQDBGridSearchPanel> searchPanel;
     // The application's filter, kept while the grid's is installed.
     QString savedFilter;
     bool savedFiltered = false;

@@ -50,7 +50,8 @@ TModalResult MessageDlg(const QString &message, TMsgDlgType type, TMsgDlgButtons
         return hookSlot()(message, type, buttons);
 
     QMessageBox box(QApplication::activeWindow());
-    box.setText(message);
+    // A carriage return alone breaks the line where messages come from.
+    box.setText(QString(message).replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n')));
     switch (type) {
     case mtWarning:
         box.setIcon(QMessageBox::Warning);

@@ -1,0 +1,188 @@
+#include "QDBSearchPanel.h"
+
+#include "grid/QDBGrid.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QStyle>
+#include <QToolButton>
+
+namespace qdb {
+
+namespace {
+QString translated(const char *text)
+{
+    return QApplication::translate("qdb", text);
+}
+} // namespace
+
+TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), grid_(grid)
+{
+    setObjectName(QStringLiteral("SearchPanel"));
+    setFrameShape(QFrame::StyledPanel);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(2, 2, 2, 2);
+    layout->setSpacing(2);
+
+    const auto button = [&](TButton which, const char *hint, QStyle::StandardPixmap icon) {
+        auto *b = new QToolButton(this);
+        b->setToolTip(translated(hint));
+        b->setIcon(style()->standardIcon(icon, nullptr, this));
+        b->setAutoRaise(true);
+        b->setFocusPolicy(Qt::NoFocus);
+        buttons_[which] = b;
+        return b;
+    };
+    layout->addWidget(button(sbClose, "Close search (Esc)", QStyle::SP_TitleBarCloseButton));
+    connect(buttons_[sbClose], &QToolButton::clicked, grid_, &TQCustomDBGrid::CloseSearchPanel);
+
+    box_ = new QComboBox(this);
+    box_->setObjectName(QStringLiteral("SearchBox"));
+    box_->setEditable(true);
+    box_->setInsertPolicy(QComboBox::NoInsert);
+    box_->setMinimumContentsLength(20);
+    box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box_->lineEdit()->installEventFilter(this);
+    box_->lineEdit()->setClearButtonEnabled(true);
+    connect(box_->lineEdit(), &QLineEdit::textEdited, this, &TQDBGridSearchPanel::textEdited);
+    layout->addWidget(box_);
+
+    const struct
+    {
+        TButton which;
+        const char *hint;
+        QStyle::StandardPixmap icon;
+        TQSearchMode mode;
+    } searches[] = {{sbFirst, "Find first (Ctrl+F3)", QStyle::SP_MediaSkipBackward, smFirst},
+                    {sbLast, "Find last (Alt+F3)", QStyle::SP_MediaSkipForward, smLast},
+                    {sbDown, "Search down (F3)", QStyle::SP_ArrowDown, smNext},
+                    {sbUp, "Search up (Shift+F3)", QStyle::SP_ArrowUp, smPrev}};
+    for (const auto &s : searches) {
+        layout->addWidget(button(s.which, s.hint, s.icon));
+        const TQSearchMode mode = s.mode;
+        connect(buttons_[s.which], &QToolButton::clicked, this, [this, mode] { Search(mode); });
+    }
+
+    auto *menu = new QMenu(this);
+    const struct
+    {
+        TQSearchOption option;
+        const char *caption;
+    } items[] = {{soCaseSensitive, "&Case sensitive"}, {soWholeWords, "&Whole words"}, {soWrapAround, "W&rap around"},
+                 {soCurrentCol, "C&urrent column"},    {soFilterRows, "&Filter rows"}};
+    for (const auto &item : items) {
+        QAction *action = menu->addAction(translated(item.caption));
+        action->setCheckable(true);
+        const TQSearchOption option = item.option;
+        connect(action, &QAction::toggled, this, [this, option](bool on) {
+            if (grid_->GetSearch()->GetOptions().Contains(option) != on)
+                grid_->GetSearch()->SwitchOptions({option}, on);
+        });
+        options_[option] = action;
+    }
+    QToolButton *more = button(sbOptions, "More options", QStyle::SP_ToolBarVerticalExtensionButton);
+    more->setMenu(menu);
+    more->setPopupMode(QToolButton::InstantPopup);
+    layout->addWidget(more);
+    layout->addStretch(1);
+    setFocusProxy(box_);
+    UpdatePanel();
+}
+
+TQDBGridSearchPanel::~TQDBGridSearchPanel() = default;
+
+QAction *TQDBGridSearchPanel::OptionAction(TQSearchOption option) const
+{
+    return options_[option];
+}
+
+QStringList TQDBGridSearchPanel::History() const
+{
+    QStringList items;
+    for (int i = 0; i < box_->count(); ++i)
+        items << box_->itemText(i);
+    return items;
+}
+
+void TQDBGridSearchPanel::UpdatePanel()
+{
+    const TQDBGridSearch *search = grid_->GetSearch();
+    QPalette boxPalette = grid_->palette();
+    if (search->GetColor() != clDefault)
+        boxPalette.setColor(QPalette::Base, ColorToQColor(search->GetColor(), boxPalette));
+    box_->setPalette(boxPalette);
+    QPalette panelPalette = grid_->palette();
+    const bool painted = search->GetPanelColor() != clDefault;
+    if (painted)
+        panelPalette.setColor(QPalette::Window, ColorToQColor(search->GetPanelColor(), panelPalette));
+    setPalette(panelPalette);
+    setAutoFillBackground(true);
+    box_->view()->setMinimumWidth(search->GetListWidth());
+    buttons_[sbClose]->setVisible(!search->GetPermanent());
+    for (QAction *action : options_) {
+        if (!action)
+            continue;
+        const auto option = TQSearchOption(std::find(std::begin(options_), std::end(options_), action) - std::begin(options_));
+        action->setVisible(search->GetVisibleOptions().Contains(option));
+        const QSignalBlocker quiet(action);
+        action->setChecked(search->GetOptions().Contains(option));
+    }
+    buttons_[sbOptions]->setVisible(!(search->GetVisibleOptions() - soSkipMessage).IsEmpty());
+}
+
+bool TQDBGridSearchPanel::Search(TQSearchMode mode, bool keepHistory)
+{
+    const QString text = box_->currentText();
+    if (!keepHistory && !text.isEmpty()) {
+        box_->lineEdit()->selectAll();
+        for (int i = box_->count() - 1; i >= 0; --i)
+            if (box_->itemText(i).compare(text, Qt::CaseInsensitive) == 0)
+                box_->removeItem(i);
+        box_->insertItem(0, text);
+        box_->setCurrentIndex(0);
+        box_->lineEdit()->selectAll();
+    }
+    // The menu's ticks are the options already; the text goes last, so that a row filter
+    // is applied once.
+    grid_->GetSearch()->SetText(text);
+    return grid_->SearchGrid(mode);
+}
+
+void TQDBGridSearchPanel::textEdited(const QString &text)
+{
+    TQDBGridSearch *search = grid_->GetSearch();
+    if (!search->GetIncremental())
+        return;
+    // While typing: from the top, without questions or messages.
+    search->SetText(text);
+    grid_->SearchCell(smFirst, text, search->GetOptions());
+}
+
+bool TQDBGridSearchPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != box_->lineEdit() || event->type() != QEvent::KeyPress)
+        return QFrame::eventFilter(watched, event);
+    auto *key = static_cast<QKeyEvent *>(event);
+    const Qt::KeyboardModifiers mods = key->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier);
+    switch (key->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F3:
+        Search(ShiftStateToSearchMode(mods));
+        return true;
+    case Qt::Key_Escape:
+        // Closed once the key is through.
+        if (!grid_->GetSearch()->GetPermanent() && !(mods & (Qt::ControlModifier | Qt::AltModifier)))
+            QMetaObject::invokeMethod(grid_, &TQCustomDBGrid::CloseSearchPanel, Qt::QueuedConnection);
+        return true;
+    default:
+        return QFrame::eventFilter(watched, event);
+    }
+}
+
+} // namespace qdb
