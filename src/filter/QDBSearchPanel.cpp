@@ -1,6 +1,7 @@
 #include "QDBSearchPanel.h"
 
 #include "grid/QDBGrid.h"
+#include "grid/QDBGridPrivate.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -65,7 +66,7 @@ TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), g
     for (const auto &s : searches) {
         layout->addWidget(button(s.which, s.hint, s.icon));
         const TQSearchMode mode = s.mode;
-        connect(buttons_[s.which], &QToolButton::clicked, this, [this, mode] { Search(mode); });
+        connect(buttons_[s.which], &QToolButton::clicked, this, [this, mode] { showingErrors([&] { Search(mode); }); });
     }
 
     auto *menu = new QMenu(this);
@@ -81,7 +82,7 @@ TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), g
         const TQSearchOption option = item.option;
         connect(action, &QAction::toggled, this, [this, option](bool on) {
             if (grid_->GetSearch()->GetOptions().Contains(option) != on)
-                grid_->GetSearch()->SwitchOptions({option}, on);
+                showingErrors([&] { grid_->GetSearch()->SwitchOptions({option}, on); });
         });
         options_[option] = action;
     }
@@ -124,10 +125,11 @@ void TQDBGridSearchPanel::UpdatePanel()
     setAutoFillBackground(true);
     box_->view()->setMinimumWidth(search->GetListWidth());
     buttons_[sbClose]->setVisible(!search->GetPermanent());
-    for (QAction *action : options_) {
+    for (int i = 0; i < int(std::size(options_)); ++i) {
+        QAction *action = options_[i];
         if (!action)
             continue;
-        const auto option = TQSearchOption(std::find(std::begin(options_), std::end(options_), action) - std::begin(options_));
+        const auto option = TQSearchOption(i);
         action->setVisible(search->GetVisibleOptions().Contains(option));
         const QSignalBlocker quiet(action);
         action->setChecked(search->GetOptions().Contains(option));
@@ -159,8 +161,10 @@ void TQDBGridSearchPanel::textEdited(const QString &text)
     if (!search->GetIncremental())
         return;
     // While typing: from the top, without questions or messages.
-    search->SetText(text);
-    grid_->SearchCell(smFirst, text, search->GetOptions());
+    showingErrors([&] {
+        search->SetText(text);
+        grid_->SearchCell(smFirst, text, search->GetOptions());
+    });
 }
 
 bool TQDBGridSearchPanel::eventFilter(QObject *watched, QEvent *event)
@@ -173,7 +177,7 @@ bool TQDBGridSearchPanel::eventFilter(QObject *watched, QEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_F3:
-        Search(ShiftStateToSearchMode(mods));
+        showingErrors([&] { Search(ShiftStateToSearchMode(mods)); });
         return true;
     case Qt::Key_Escape:
         // Closed once the key is through.

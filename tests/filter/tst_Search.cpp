@@ -186,6 +186,14 @@ TEST_F(Search, OneColumnWholeWordsAndAnEditInProgress)
     search(QStringLiteral("paris"));
     EXPECT_EQ(at(), "1 note");
     EXPECT_EQ(table.State(), dsBrowse);
+    // An edit the data set refuses stays as typed, and the search tells why.
+    table.FieldByName(QStringLiteral("city"))->SetRequired(true);
+    table.Edit();
+    table.FieldByName(QStringLiteral("city"))->Clear();
+    search(QStringLiteral("fjord"));
+    EXPECT_EQ(table.State(), dsEdit);
+    EXPECT_EQ(messages.size(), 1);
+    EXPECT_EQ(at(), "1 city"); // at the field that wants a value
 }
 
 TEST_F(Search, FilterRowsHidesTheRowsWithoutTheText)
