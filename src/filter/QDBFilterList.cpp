@@ -598,10 +598,8 @@ void TQDBGridFilterList::appended()
 
 bool TQDBGridFilterList::listsText(const TField *field)
 {
-    if (!field)
-        return false;
-    const TFieldType type = field->DataType();
-    return type == ftString || type == ftWideString || type == ftMemo || type == ftWideMemo || type == ftFixedChar;
+    // A handler's text is not the database's.
+    return field && field->ValueType() == VarType::String && !field->OnGetText;
 }
 
 void TQDBGridFilterList::overValues(const std::function<void()> &read)
