@@ -5,29 +5,13 @@
 
 #include "grid/QDBColumns.h"
 #include "grid/QDBGrid.h"
+#include "platform/rtl/TextSearch.h"
 
 namespace qdb {
 
 int SearchTextPos(const QString &text, const QString &cellText, TQSearchOptions options)
 {
-    if (text.isEmpty() || cellText.size() < text.size())
-        return 0;
-    const bool exact = options.Contains(soCaseSensitive);
-    const QString what = exact ? text : text.toUpper();
-    const QString in = exact ? cellText : cellText.toUpper();
-    qsizetype from = 0;
-    for (;;) {
-        const qsizetype at = in.indexOf(what, from);
-        if (at < 0)
-            return 0;
-        if (!options.Contains(soWholeWords))
-            return int(at + 1);
-        // Only letters make words: digits and punctuation part them.
-        const qsizetype end = at + what.size();
-        if ((at == 0 || !in.at(at - 1).isLetter()) && (end >= in.size() || !in.at(end).isLetter()))
-            return int(at + 1);
-        from = end; // overlapping occurrences are passed over
-    }
+    return TextSearchPos(text, cellText, options.Contains(soCaseSensitive), options.Contains(soWholeWords));
 }
 
 TQSearchMode ShiftStateToSearchMode(Qt::KeyboardModifiers shift)

@@ -657,6 +657,13 @@ private:
     bool drawSearchMatch(QPainter &painter, const QRect &area, const QString &text, Qt::Alignment alignment,
                          TQColumn *column, bool selected, const QColor &fill, const QColor &textColor);
     void placeSearchPanel();
+    // What the data set is asked to find for the search: the fields of the columns searched;
+    // false when a column shows a text its record's fields do not make.
+    bool describeSearch(const QString &text, TQSearchOptions options, TTextSearch &search) const;
+    // The search record by record, for data sets that cannot find the records themselves.
+    bool walkSearch(TQSearchMode mode, const std::function<int(int)> &matchingCol, int rowStart);
+    // How long a walk goes before it shows its progress, in milliseconds.
+    static constexpr int SearchProgressDelay = 500;
     void layoutBottomRows();
     void layoutTitleRows();
     void clampFixedCols();

@@ -175,16 +175,18 @@ void TQCustomDBGrid::UpdateFilter()
         }
     }
     if (ds) {
-        // The ticked values, for a data set that can look for them itself; not when the
-        // application's handler must see each record.
+        // The ticked values and the searched text, for a data set that can look for them
+        // itself; not when the application's handler must see each record.
         TFilterRecordMatch match;
-        if (!rowFilters && !(d_->savedFiltered && d_->savedFilterRecord)) {
+        if (!(d_->savedFiltered && d_->savedFilterRecord)) {
             match.Handler = handler;
             for (TQColumn *column : filter->FilterColumns()) {
                 TField *f = column ? column->FilterField() : nullptr;
                 if (f && column->GetFilterList()->Count() > 0)
                     match.Items << TFieldTextMatch{f->FieldName(), column->GetFilterList()->ToStringList()};
             }
+            if (rowFilters && !describeSearch(GetSearch()->GetText(), GetSearch()->GetOptions(), match.Search))
+                match = TFilterRecordMatch();
         }
         ds->SetFilterRecordMatch(match);
     }

@@ -39,6 +39,7 @@ struct TQCustomDBGrid::Private
     QPointer<QObject> filterList; // the value list open under a title
     TQDBGridSearch *search = nullptr; // a child of the grid
     QPointer<TQDBGridSearchPanel> searchPanel;
+    bool searchStopped = false; // the user stopped the last walk of a search
     // The application's filter, kept while the grid's is installed.
     QString savedFilter;
     bool savedFiltered = false;

@@ -9,7 +9,11 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLineEdit>
+#include <QProgressDialog>
+
+#include <algorithm>
 
 namespace qdb {
 
@@ -25,8 +29,56 @@ TQDBGridSearchPanel *TQCustomDBGrid::SearchPanel() const
     return d_->searchPanel.data();
 }
 
+namespace {
+
+// Whether a column's cells show their field's own display text.
+bool showsFieldText(TQColumn *column)
+{
+    return !column->GetAutoNumber() && column->GetLookupColumn() != lcLookupValueField && !column->GetMultiSelectList()
+        && column->GetPickList()->Count() == 0;
+}
+
+} // namespace
+
+bool TQCustomDBGrid::describeSearch(const QString &text, TQSearchOptions options, TTextSearch &search) const
+{
+    search = TTextSearch();
+    search.Text = text;
+    search.CaseSensitive = options.Contains(soCaseSensitive);
+    search.WholeWords = options.Contains(soWholeWords);
+    QList<TQColumn *> columns;
+    if (options.Contains(soCurrentCol)) {
+        columns << ColumnAt(Col());
+    } else {
+        for (int i = 0; i < GetColumns()->Count(); ++i)
+            columns << GetColumns()->Items(i);
+    }
+    // Record numbers hold digits and a point alone.
+    const QString compared = search.CaseSensitive ? text : text.toUpper();
+    const bool numberMayShow = std::all_of(compared.begin(), compared.end(),
+                                           [](QChar c) { return c.isDigit() || c == QLatin1Char('.'); });
+    for (TQColumn *column : columns) {
+        if (!column || !column->Showing())
+            continue;
+        if (column->GetAutoNumber()) {
+            if (numberMayShow)
+                return false;
+            continue;
+        }
+        TField *f = column->GetField();
+        if (!f)
+            continue; // it shows nothing
+        if (!showsFieldText(column))
+            return false;
+        if (!search.FieldNames.contains(f->FieldName()))
+            search.FieldNames << f->FieldName();
+    }
+    return true;
+}
+
 bool TQCustomDBGrid::SearchCell(TQSearchMode mode, const QString &text, TQSearchOptions options)
 {
+    d_->searchStopped = false;
     TDataSet *ds = DataSet();
     if (text.isEmpty() || !DataLink()->Active() || !ds || ds->IsEmpty())
         return false;
@@ -36,50 +88,88 @@ bool TQCustomDBGrid::SearchCell(TQSearchMode mode, const QString &text, TQSearch
     const bool currentOnly = options.Contains(soCurrentCol);
     const bool forward = mode == smFirst || mode == smNext;
     const int selected = Col();
-    const auto matches = [&](int col) {
-        TQColumn *column = ColumnAt(col);
-        return column && column->Showing() && (!currentOnly || col == selected)
-            && SearchTextPos(text, column->GetDisplayText(), options) > 0;
+    // The first column from `start` on, in the search's direction, whose cell shows the text.
+    const auto matchingCol = [&](int start) {
+        for (int col = start; forward ? col <= last : col >= first; forward ? ++col : --col) {
+            TQColumn *column = ColumnAt(col);
+            if (column && column->Showing() && (!currentOnly || col == selected)
+                && SearchTextPos(text, column->GetDisplayText(), options) > 0)
+                return col;
+        }
+        return -1;
+    };
+    const int rowStart = forward ? first : last;
+    // The rest of the current record's cells come first.
+    if (!currentOnly && (mode == smNext || mode == smPrev)) {
+        const bool rowSelect = GetOptions().Contains(dgRowSelect);
+        const int found = matchingCol(forward ? (rowSelect ? last + 1 : selected + 1) : (rowSelect ? first - 1 : selected - 1));
+        if (found >= 0) {
+            SetCol(found);
+            return true;
+        }
+    }
+    // The database finds the records that may show it, where it can.
+    TTextSearch search;
+    if (describeSearch(text, options, search)) {
+        const TSearchFrom from = mode == smFirst ? TSearchFrom::First
+            : mode == smLast                     ? TSearchFrom::Last
+            : mode == smNext                     ? TSearchFrom::Next
+                                                 : TSearchFrom::Prior;
+        const int found = ds->FindText(search, from, [&] { return matchingCol(rowStart) >= 0; });
+        if (found > 0)
+            SetCol(matchingCol(rowStart));
+        if (found >= 0)
+            return found > 0;
+    }
+    return walkSearch(mode, matchingCol, rowStart);
+}
+
+bool TQCustomDBGrid::walkSearch(TQSearchMode mode, const std::function<int(int)> &matchingCol, int rowStart)
+{
+    TDataSet *ds = DataSet();
+    const bool forward = mode == smFirst || mode == smNext;
+    const auto step = [&] {
+        if (forward)
+            ds->Next();
+        else
+            ds->Prior();
+        return forward ? !ds->Eof() : !ds->Bof();
     };
     int found = -1;
     DisablePosition();
     try {
-        int start = forward ? first : last;
         bool scan = true;
         switch (mode) {
         case smFirst: ds->First(); break;
         case smLast: ds->Last(); break;
-        case smNext:
-            if (currentOnly) {
-                ds->Next();
-                scan = !ds->Eof();
-            } else {
-                start = GetOptions().Contains(dgRowSelect) ? last + 1 : selected + 1;
-            }
-            break;
-        case smPrev:
-            if (currentOnly) {
-                ds->Prior();
-                scan = !ds->Bof();
-            } else {
-                start = GetOptions().Contains(dgRowSelect) ? first - 1 : selected - 1;
-            }
-            break;
+        default: scan = step(); break;
         }
-        while (scan) {
-            for (int col = start; found < 0 && (forward ? col <= last : col >= first); forward ? ++col : --col)
-                if (matches(col))
-                    found = col;
+        // A long walk shows how far it got and stops at Esc.
+        QElapsedTimer clock;
+        clock.start();
+        std::unique_ptr<QProgressDialog> progress;
+        const int total = ds->RecordCountKnown() ? ds->RecordCount() : 0;
+        for (int walked = 1; scan; ++walked) {
+            found = matchingCol(rowStart);
             if (found >= 0)
                 break;
-            if (forward) {
-                ds->Next();
-                scan = !ds->Eof();
-            } else {
-                ds->Prior();
-                scan = !ds->Bof();
+            scan = step();
+            if (walked % 256 != 0 || clock.elapsed() < SearchProgressDelay)
+                continue;
+            if (!progress) {
+                progress = std::make_unique<QProgressDialog>(
+                    QApplication::translate("qdb", "Searching..."),
+                    QApplication::translate("qdb", "Cancel"), 0, total, this);
+                progress->setWindowModality(Qt::WindowModal);
+                progress->setMinimumDuration(0);
+                // Esc closes a dialog without cancelling a progress one.
+                connect(progress.get(), &QDialog::rejected, progress.get(), &QProgressDialog::cancel);
             }
-            start = forward ? first : last;
+            progress->setValue(total > 0 ? qMin(walked, total - 1) : 0);
+            if (progress->wasCanceled()) {
+                d_->searchStopped = true;
+                break;
+            }
         }
     } catch (...) {
         EnablePosition(true);
@@ -100,6 +190,8 @@ bool TQCustomDBGrid::SearchGrid(TQSearchMode mode)
     if (text.isEmpty() || !DataLink()->Active() || !ds)
         return false;
     bool found = SearchCell(mode, text, options);
+    if (d_->searchStopped)
+        return false; // the user stopped it: nothing more to say
     if (!found && (mode == smNext || mode == smPrev) && !ds->IsEmpty()) {
         bool again = options.Contains(soWrapAround);
         if (!again) {
@@ -113,6 +205,8 @@ bool TQCustomDBGrid::SearchGrid(TQSearchMode mode)
                 return false;
         }
         found = SearchCell(mode == smNext ? smFirst : smLast, text, options);
+        if (d_->searchStopped)
+            return false;
     }
     if (!found && !options.Contains(soSkipMessage))
         MessageDlg(Format(QApplication::translate("qdb", "Search string '%s' not found!"), {text}), mtInformation, {mbOK});

@@ -14,8 +14,11 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QProgressDialog>
 #include <QScrollBar>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -256,4 +259,30 @@ TEST_F(Search, MatchesAreMarkedInTheGridsColours)
     grid.SetDrawingOptions(grid.GetDrawingOptions() + TGridDrawingOptions{gdoHighlightText});
     grid.GetSearch()->SetActive(false);
     EXPECT_EQ(marked(), 0);
+}
+
+TEST_F(Search, ALongWalkShowsItsProgressAndStopsAtEsc)
+{
+    // Texts only a handler writes: each record must be looked at, slowly.
+    for (int id = 7; id <= 20000; ++id)
+        table.AppendRecord({id, QStringLiteral("Town"), QStringLiteral("plain")});
+    table.FieldByName(QStringLiteral("note"))->OnGetText = [](TField *f, QString &text, bool) {
+        QThread::usleep(200);
+        text = f->AsString();
+    };
+    table.First();
+    bool progressSeen = false;
+    QTimer escape;
+    QObject::connect(&escape, &QTimer::timeout, [&] {
+        if (auto *progress = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget())) {
+            progressSeen = true;
+            QTest::keyClick(progress, Qt::Key_Escape);
+        }
+    });
+    escape.start(50);
+    grid.GetSearch()->SetText(QStringLiteral("nowhere"));
+    EXPECT_FALSE(grid.SearchGrid(smNext));
+    EXPECT_TRUE(progressSeen);
+    EXPECT_TRUE(messages.isEmpty()); // stopped, not "not found"
+    EXPECT_EQ(table.FieldByName(QStringLiteral("id"))->AsInteger(), 1); // back where it was
 }

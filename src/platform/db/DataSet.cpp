@@ -1116,6 +1116,21 @@ bool TDataSet::Locate(const QString &keyFields, const Variant &keyValues, TLocat
     return found;
 }
 
+int TDataSet::FindText(const TTextSearch &search, TSearchFrom from, const std::function<bool()> &accept)
+{
+    CheckBrowseMode();
+    if (search.Text.isEmpty() || IsEmpty())
+        return 0;
+    const NavigationScope moving(this);
+    DoBeforeScroll();
+    const int found = FindTextRecord(search, from, accept);
+    if (found > 0) {
+        Resync({rmExact, rmCenter});
+        DoAfterScroll();
+    }
+    return found;
+}
+
 Variant TDataSet::Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields)
 {
     CheckBrowseMode();

@@ -94,11 +94,25 @@ struct TFieldTextMatch
     QString FieldName;
     QStringList Texts;
 };
+// A text looked for in the display texts of some fields by the rule of TextSearchPos: a
+// record has it when one of the fields shows it. Only fields whose display text the record's
+// own values make (no OnGetText) are named; an empty Text looks for nothing.
+struct TTextSearch
+{
+    QStringList FieldNames;
+    QString Text;
+    bool CaseSensitive = false;
+    bool WholeWords = false;
+};
 struct TFilterRecordMatch
 {
     TFilterRecordEvent Handler; // the handler the items describe
     QList<TFieldTextMatch> Items;
+    TTextSearch Search; // and, when it has a text, a record has it
 };
+// Where a search for a record starts: at the first or the last record, or after or before
+// the current one.
+enum class TSearchFrom { First, Last, Next, Prior };
 
 // The data set: a cursor over records with a window of record buffers that its data links
 // look at. A descendant implements the record-buffer protocol (the Internal... operations,
@@ -268,6 +282,11 @@ public:
     // Key fields as a ";" list; several keys take an array of values.
     virtual bool Locate(const QString &keyFields, const Variant &keyValues, TLocateOptions options);
     virtual Variant Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields);
+    // Makes current the first record, going from `from` on, that has the search's text and
+    // that `accept` takes (asked with the record's values in the fields, before it is made
+    // current). 1 when found; 0 when none is (the cursor stays); -1 when the data set cannot
+    // find the records by itself, and the caller walks them.
+    int FindText(const TTextSearch &search, TSearchFrom from, const std::function<bool()> &accept);
 
     // ---- filtering ----
     QString Filter() const { return filterText_; }
@@ -355,6 +374,14 @@ protected:
         Q_UNUSED(distance);
         Q_UNUSED(moved);
         return false;
+    }
+    // FindText's search, without the scroll events; -1 where the records must be walked.
+    virtual int FindTextRecord(const TTextSearch &search, TSearchFrom from, const std::function<bool()> &accept)
+    {
+        Q_UNUSED(search);
+        Q_UNUSED(from);
+        Q_UNUSED(accept);
+        return -1;
     }
     // The record matching of a locate; descendants may search faster.
     virtual bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,

@@ -724,6 +724,11 @@ QString TBlobField::GetText(bool displayText) const
 {
     if (OnGetText || !displayText)
         return TField::GetText(displayText);
+    return DisplayTextOf(IsNull());
+}
+
+QString TBlobField::DisplayTextOf(bool null) const
+{
     QString name;
     switch (DataType()) {
     case ftMemo: name = QStringLiteral("Memo"); break;
@@ -732,7 +737,7 @@ QString TBlobField::GetText(bool displayText) const
     case ftGraphic: name = QStringLiteral("Graphic"); break;
     default: name = QStringLiteral("Blob"); break;
     }
-    return QLatin1Char('(') + (IsNull() ? name.toLower() : name.toUpper()) + QLatin1Char(')');
+    return QLatin1Char('(') + (null ? name.toLower() : name.toUpper()) + QLatin1Char(')');
 }
 
 TVariantField::TVariantField(QObject *parent) : TField(parent)

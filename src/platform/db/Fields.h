@@ -420,6 +420,8 @@ public:
     // "True;False": the texts of true and false.
     QString DisplayValues() const { return displayValues_; }
     void SetDisplayValues(const QString &values);
+    QString TrueText() const { return trueText_; }
+    QString FalseText() const { return falseText_; }
     QString AsString() const override;
     void SetAsString(const QString &text) override;
 
@@ -506,6 +508,8 @@ public:
     explicit TBlobField(QObject *parent = nullptr) : TBlobField(ftBlob, parent) {}
     TFieldType BlobType() const { return DataType(); }
     void SetBlobType(TFieldType type) { SetDataType(type); }
+    // What the field shows for a value or for none, whatever the value is.
+    QString DisplayTextOf(bool null) const;
 
 protected:
     TBlobField(TFieldType type, QObject *parent);

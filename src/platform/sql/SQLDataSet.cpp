@@ -2,6 +2,7 @@
 
 #include "SQLFilter.h"
 #include "SQLTextMatch.h"
+#include "SQLTextSearch.h"
 #include "SQLRowSource.h"
 #include "SQLText.h"
 #include "SQLTypes.h"
@@ -107,14 +108,25 @@ void TCustomSQLDataSet::openSource()
         expr.Bind(this, FilterOptions());
         where = FilterToSQL(expr, FilterOptions(), connection_->Dialect(), quote);
     }
-    // A record handler the database can stand in for is not called for each record.
+    // A record handler the database can stand in for is not called for each record; what
+    // the database can tell of one narrows the records it is called for.
     matchInWhere_ = false;
-    SQLCondition match;
-    if (Filtered() && OnFilterRecord() && FilterRecordMatch().Handler == OnFilterRecord() && FieldList().Count() > 0
-        && TextMatchToSQL(FilterRecordMatch(), this, connection_->Dialect(), quote, match)) {
-        matchInWhere_ = true;
-        where.text = where.text.isEmpty() ? match.text : QStringLiteral("%1 AND %2").arg(where.text, match.text);
-        where.params += match.params;
+    const TFilterRecordMatch &described = FilterRecordMatch();
+    if (Filtered() && OnFilterRecord() && described.Handler == OnFilterRecord() && FieldList().Count() > 0) {
+        const auto narrow = [&where](const SQLCondition &c) {
+            where.text = where.text.isEmpty() ? c.text : QStringLiteral("%1 AND %2").arg(where.text, c.text);
+            where.params += c.params;
+        };
+        SQLCondition match, found;
+        const bool itemsKnown = TextMatchToSQL(described, this, connection_->Dialect(), quote, match);
+        if (itemsKnown && !described.Items.isEmpty())
+            narrow(match);
+        bool exact = true;
+        const bool searchKnown = described.Search.Text.isEmpty()
+            || TextSearchToSQL(described.Search, this, connection_->Dialect(), quote, found, exact);
+        if (searchKnown && !described.Search.Text.isEmpty())
+            narrow(found);
+        matchInWhere_ = itemsKnown && searchKnown && exact;
     }
     if (!where.text.isEmpty()) {
         // The order now reads the filtered rows: table qualifiers no longer apply.
@@ -264,16 +276,8 @@ const Variant *TCustomSQLDataSet::row(qint64 position) const
         Page page;
         page.rows = raw.Count();
         page.values.resize(page.rows * size_t(width()), Variant::Null());
-        const TSQLDialect dialect = connection_->Dialect();
-        for (TField *f : FieldList()) {
-            const int no = f->FieldNo();
-            const int column = no > 0 ? columnOfField_.value(no - 1, -1) : -1;
-            if (column < 0)
-                continue;
-            for (size_t r = 0; r < page.rows; ++r)
-                page.values[r * size_t(width()) + size_t(no - 1)] =
-                    FromDatabase(std::move(raw.values[r * size_t(raw.columns) + size_t(column)]), f, dialect);
-        }
+        for (size_t r = 0; r < page.rows; ++r)
+            typeRow(raw, r, &page.values[r * size_t(width())]);
         if (pages_.size() >= MaxPages) { // the page looked at longest ago goes
             auto oldest = pages_.begin();
             for (auto p = pages_.begin(); p != pages_.end(); ++p)
@@ -288,6 +292,17 @@ const Variant *TCustomSQLDataSet::row(qint64 position) const
     lastPageNo_ = pageNo;
     const size_t index = size_t(position % PageSize);
     return index < it->second.rows ? &it->second.values[index * size_t(width())] : nullptr;
+}
+
+void TCustomSQLDataSet::typeRow(SQLRows &raw, size_t r, Variant *out) const
+{
+    const TSQLDialect dialect = connection_->Dialect();
+    for (TField *f : FieldList()) {
+        const int no = f->FieldNo();
+        const int column = no > 0 ? columnOfField_.value(no - 1, -1) : -1;
+        if (column >= 0)
+            out[no - 1] = FromDatabase(std::move(raw.values[r * size_t(raw.columns) + size_t(column)]), f, dialect);
+    }
 }
 
 int TCustomSQLDataSet::CachedRows() const
@@ -340,6 +355,57 @@ bool TCustomSQLDataSet::LocateRecord(const QList<TField *> &fields, const Varian
             return false;
     }
     return TDataSet::LocateRecord(fields, keyValues, options, syncCursor);
+}
+
+int TCustomSQLDataSet::FindTextRecord(const TTextSearch &search, TSearchFrom from, const std::function<bool()> &accept)
+{
+    SQLCondition condition;
+    bool exact = false;
+    const auto quote = [this](const QString &name) { return Quote(name); };
+    if (!source_ || !TextSearchToSQL(search, this, connection_->Dialect(), quote, condition, exact))
+        return -1;
+    const bool forward = from == TSearchFrom::First || from == TSearchFrom::Next;
+    QList<QVariant> after;
+    if (from == TSearchFrom::Next || from == TSearchFrom::Prior) {
+        UpdateCursorPos();
+        after = keyValuesAt(pos_);
+        if (after.isEmpty())
+            return -1;
+    }
+    // The rows come in growing batches: the first is often the one.
+    TRecordBuffer &buffer = TempBuffer();
+    for (int batch = 8;; batch = qMin(batch * 4, 512)) {
+        SQLRows rows;
+        const int n = source_->MatchesFrom(after, forward, condition, batch, rows);
+        if (n < 0)
+            return -1;
+        for (size_t r = 0; r < rows.Count(); ++r) {
+            probe_.assign(size_t(width()), Variant::Null());
+            typeRow(rows, r, probe_.data());
+            buffer.row = ProbeRow;
+            buffer.flag = bfCurrent;
+            buffer.ClearValues();
+            GetCalcFields(buffer);
+            bool taken = clientFilterAccepts(buffer);
+            if (taken) {
+                TempState probing(this, dsFilter, &buffer);
+                taken = accept();
+            }
+            after = keyValuesOf(probe_.data());
+            if (!taken)
+                continue;
+            probe_.clear();
+            const qint64 at = source_->PositionOf(after);
+            if (at < 0)
+                return -1;
+            CursorPosChanged();
+            pos_ = at;
+            return 1;
+        }
+        probe_.clear();
+        if (n < batch)
+            return 0;
+    }
 }
 
 Variant TCustomSQLDataSet::Lookup(const QString &keyFields, const Variant &keyValues, const QString &resultFields)
@@ -450,8 +516,12 @@ struct SQLBookmark
 
 QList<QVariant> TCustomSQLDataSet::keyValuesAt(qint64 position) const
 {
+    return keyValuesOf(row(position));
+}
+
+QList<QVariant> TCustomSQLDataSet::keyValuesOf(const Variant *r) const
+{
     QList<QVariant> keys;
-    const Variant *r = row(position);
     if (!r)
         return keys;
     for (TField *f : keyOfRow_)
@@ -558,6 +628,8 @@ int TCustomSQLDataSet::CompareBookmarks(const TBookmark &a, const TBookmark &b) 
 const Variant *TCustomSQLDataSet::PeekFieldData(TField *field, const TRecordBuffer &buffer) const
 {
     const int no = field->FieldNo();
+    if (buffer.row == ProbeRow && no > 0 && size_t(no) <= probe_.size())
+        return &probe_[size_t(no - 1)];
     if (no <= 0 || no > width() || buffer.row < 0)
         return nullptr;
     const Variant *r = row(buffer.row);

@@ -15,6 +15,7 @@
 namespace qdb {
 
 class SQLRowSource;
+struct SQLRows;
 
 // Named values for the ":name" placeholders of a query.
 class TParams
@@ -112,6 +113,9 @@ protected:
     // An exact search asks the database where the record is rather than reading every row.
     bool LocateRecord(const QList<TField *> &fields, const Variant &keyValues, TLocateOptions options,
                       bool syncCursor) override;
+    // The database is asked for the rows that may have the text, in the order from the
+    // current record; `accept` sees each of them until it takes one.
+    int FindTextRecord(const TTextSearch &search, TSearchFrom from, const std::function<bool()> &accept) override;
     void FilterChanged() override;
 
     QString Quote(const QString &name) const;
@@ -127,6 +131,8 @@ private:
         quint64 used = 0;
     };
     static constexpr int PageSize = 256;
+    // The row of a record buffer that holds a row read outside the positions (probe_).
+    static constexpr qint64 ProbeRow = -2;
     static constexpr size_t MaxPages = 64;
 
     void openSource();
@@ -139,6 +145,9 @@ private:
     // one with the key values `written` (none: deleted) is current where it now sorts.
     void rowsWritten(qint64 position, const QList<QVariant> &written);
     QList<QVariant> keyValuesAt(qint64 position) const;
+    QList<QVariant> keyValuesOf(const Variant *row) const;
+    // The fields' values of row r of what the database handed over, moved out of it.
+    void typeRow(SQLRows &raw, size_t r, Variant *out) const;
     // The result columns of the fields and the values they must hold, for the database to
     // find the records; false when only a walk can (fields that are not columns, a filter
     // only the records can answer).
@@ -187,6 +196,7 @@ private:
     std::deque<Shift> shifts_;                   // the latest writes, oldest first
     mutable bool releasePosted_ = false;
     mutable std::map<qint64, Page> pages_;
+    std::vector<Variant> probe_;
     mutable const Page *lastPage_ = nullptr; // the page read last, asked for again and again
     mutable qint64 lastPageNo_ = -1;
     mutable quint64 useClock_ = 0;

@@ -117,23 +117,29 @@ qint64 SQLRowSource::farCount(const Side &side)
     return side.farIsNull ? nullCount() : count() - nullCount();
 }
 
-qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
+bool SQLRowSource::ownValues(const QList<QVariant> &keyValues, QString &where, SQLRows &own)
 {
-    if (!HasKeys() || keyValues.size() != keyColumns_.size())
-        return -1;
-    if (!orderKnown_)
-        return indexPositionOf(keyValues);
     // The record's values in the order's columns, NULL or not: what each side is made of.
     QStringList match, columns;
     for (int key : keyColumns_)
         match << QStringLiteral("qdb_v.%1 = ?").arg(Quote(record_.fieldName(key)));
     for (const OrderItem &o : order_)
         columns << QStringLiteral("qdb_v.") + Quote(record_.fieldName(o.column));
-    const QString where = match.join(QStringLiteral(" AND "));
-    SQLRows own;
+    where = match.join(QStringLiteral(" AND "));
     Query(QStringLiteral("SELECT %1 FROM (%2) qdb_v WHERE %3").arg(columns.join(QStringLiteral(", ")), shape_.body, where),
           shape_.params + keyValues, own, 1);
-    if (!own.Count())
+    return own.Count() > 0;
+}
+
+qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
+{
+    if (!HasKeys() || keyValues.size() != keyColumns_.size())
+        return -1;
+    if (!orderKnown_)
+        return indexPositionOf(keyValues);
+    QString where;
+    SQLRows own;
+    if (!ownValues(keyValues, where, own))
         return -1;
     // Counting the rows on one side of the record needs no sort and no rows read. Of the
     // two sides, one holds the block of NULLs and the other does not: that other one is
@@ -153,6 +159,37 @@ qint64 SQLRowSource::positionOf(const QList<QVariant> &keyValues)
         anchorSides_[1] = after;
     }
     return position;
+}
+
+int SQLRowSource::matchesFrom(const QList<QVariant> &from, bool forward, const SQLCondition &condition, int limit,
+                              SQLRows &rows)
+{
+    rows = SQLRows();
+    rows.columns = record_.count();
+    const QString sql = QStringLiteral("SELECT * FROM (%1) qdb_q WHERE %2 AND (%3) ORDER BY %4 LIMIT ?");
+    if (from.isEmpty()) {
+        Query(sql.arg(shape_.body, QStringLiteral("1 = 1"), condition.text, OrderClause(QStringLiteral("qdb_q"), !forward)),
+              shape_.params + condition.params + QList<QVariant>{limit}, rows, limit);
+        return int(rows.Count());
+    }
+    QString where;
+    SQLRows own;
+    if (!ownValues(from, where, own))
+        return -1; // the record is no longer in the result: only a walk knows what follows it
+    // The side after a record holds the record itself.
+    QStringList itself;
+    for (int key : keyColumns_)
+        itself << QStringLiteral("qdb_q.%1 = ?").arg(Quote(record_.fieldName(key)));
+    const Side s = side(from, where, own, forward);
+    const QString order = OrderClause(QStringLiteral("qdb_q"), !forward, false);
+    Query(sql.arg(shape_.body, QStringLiteral("%1 AND NOT (%2)").arg(s.near, itself.join(QStringLiteral(" AND "))),
+                  condition.text, order),
+          shape_.params + s.nearParams + from + condition.params + QList<QVariant>{limit}, rows, limit);
+    const int got = int(rows.Count());
+    if (got < limit && !s.far.isEmpty())
+        Query(sql.arg(shape_.body, s.far, condition.text, order),
+              shape_.params + condition.params + QList<QVariant>{limit - got}, rows, limit - got);
+    return int(rows.Count());
 }
 
 // Rows on either side of the record found last, read by their place in the order from it:

@@ -415,6 +415,14 @@ qint64 SQLRowSource::PositionOf(const QList<QVariant> &keyValues)
     return reading([&] { return positionOf(keyValues); });
 }
 
+int SQLRowSource::MatchesFrom(const QList<QVariant> &from, bool forward, const SQLCondition &condition, int limit,
+                              SQLRows &rows)
+{
+    if (!HasKeys() || !orderKnown_ || (!from.isEmpty() && from.size() != keyColumns_.size()))
+        return -1;
+    return reading([&] { return matchesFrom(from, forward, condition, limit, rows); });
+}
+
 qint64 SQLRowSource::Find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text)
 {
     return reading([&] { return find(columns, values, text); });

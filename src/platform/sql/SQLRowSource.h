@@ -150,6 +150,10 @@ public:
     // The position of the first row whose columns hold the values (null matching null), -1
     // when there is none, -2 when this source cannot search by itself.
     qint64 Find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text = {});
+    // Up to `limit` rows that meet `condition` (on rows qdb_q), in the order going forwards
+    // or backwards from the row with the key values `from`, that row left out (from the first
+    // or the last row when `from` is empty): how many, -1 when this source cannot tell.
+    int MatchesFrom(const QList<QVariant> &from, bool forward, const SQLCondition &condition, int limit, SQLRows &rows);
     // Reads into `row` the first row, in the order, whose columns hold the values (as Find
     // compares them exactly): 1, or 0 when there is none; -1 when this source cannot search
     // by itself.
@@ -244,6 +248,10 @@ private:
     qint64 count();
     void fetch(qint64 first, int n, SQLRows &rows);
     qint64 positionOf(const QList<QVariant> &keyValues);
+    // The values in the order's columns of the row with the key values, and the condition
+    // (on rows qdb_v, bound to the key values) that finds it; false when there is none.
+    bool ownValues(const QList<QVariant> &keyValues, QString &where, SQLRows &own);
+    int matchesFrom(const QList<QVariant> &from, bool forward, const SQLCondition &condition, int limit, SQLRows &rows);
     qint64 find(const QList<int> &columns, const QList<QVariant> &values, SQLFindText text);
     // The WHERE condition (on qdb_q) of rows whose columns hold the values; appends its
     // bound values to params.

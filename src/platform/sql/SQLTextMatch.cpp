@@ -164,13 +164,9 @@ private:
 
     void booleans(TBooleanField *b, const QString &text, QList<QVariant> &equal)
     {
-        const QString values = b->DisplayValues();
-        const qsizetype semi = values.indexOf(QLatin1Char(';'));
-        const QString trueText = semi < 0 ? values : values.left(semi);
-        const QString falseText = semi < 0 ? QString() : values.mid(semi + 1);
-        if (sameText(trueText, text))
+        if (sameText(b->TrueText(), text))
             equal << db(Variant(true), b);
-        if (sameText(falseText, text))
+        if (sameText(b->FalseText(), text))
             equal << db(Variant(false), b);
     }
 

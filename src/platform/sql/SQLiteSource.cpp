@@ -6,6 +6,7 @@
 #include "platform/rtl/Conversions.h"
 #include "platform/rtl/Exceptions.h"
 #include "platform/rtl/FormatSettings.h"
+#include "platform/rtl/TextSearch.h"
 
 #include <sqlite3.h>
 
@@ -229,6 +230,34 @@ void foldCase(sqlite3_context *context, int, sqlite3_value **args)
     sqlite3_result_text(context, folded.constData(), int(folded.size()), SQLITE_TRANSIENT);
 }
 
+// qdb_search(text, what, flags): whether the text holds `what` by the grid's search rule
+// (flags: 1 case counts, 2 whole words). The prepared text is kept with the statement.
+void searchText(sqlite3_context *context, int, sqlite3_value **args)
+{
+    if (sqlite3_value_type(args[0]) == SQLITE_NULL) {
+        sqlite3_result_int(context, 0);
+        return;
+    }
+    auto *searcher = static_cast<TTextSearcher *>(sqlite3_get_auxdata(context, 1));
+    if (!searcher) {
+        const QString what = QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(args[1])),
+                                               sqlite3_value_bytes(args[1]));
+        const int flags = sqlite3_value_int(args[2]);
+        searcher = new TTextSearcher(what, flags & 1, flags & 2);
+        sqlite3_set_auxdata(context, 1, searcher, [](void *p) { delete static_cast<TTextSearcher *>(p); });
+        // SQLite may drop it at once; it is then asked for again with the next row.
+        searcher = static_cast<TTextSearcher *>(sqlite3_get_auxdata(context, 1));
+        if (!searcher) {
+            const TTextSearcher once(what, flags & 1, flags & 2);
+            const char *text = reinterpret_cast<const char *>(sqlite3_value_text(args[0]));
+            sqlite3_result_int(context, once.Matches(text, sqlite3_value_bytes(args[0])) ? 1 : 0);
+            return;
+        }
+    }
+    const char *text = reinterpret_cast<const char *>(sqlite3_value_text(args[0]));
+    sqlite3_result_int(context, searcher->Matches(text, sqlite3_value_bytes(args[0])) ? 1 : 0);
+}
+
 void registerValueFunctions(sqlite3 *db)
 {
     constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
@@ -236,6 +265,7 @@ void registerValueFunctions(sqlite3 *db)
     sqlite3_create_function_v2(db, "qdb_real", 1, flags, nullptr, realAsCurrency, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "qdb_decimal", 1, flags, nullptr, decimalAsCurrency, nullptr, nullptr, nullptr);
     sqlite3_create_function_v2(db, "qdb_fold", 1, flags, nullptr, foldCase, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "qdb_search", 3, flags, nullptr, searchText, nullptr, nullptr, nullptr);
 }
 
 sqlite3 *sqliteHandle(QSqlDatabase db)
