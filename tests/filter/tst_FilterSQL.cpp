@@ -4,6 +4,7 @@
 // times, truth values and NULLs; the value lists the database gives must offer what the walk
 // of the records finds, a long one a page at a time; and nothing typed runs as SQL.
 
+#include "CountingGrid.h"
 #include "SQLTestSupport.h"
 #include "TestSupport.h"
 
@@ -27,19 +28,6 @@ using namespace qdb;
 using namespace qdb::test;
 
 namespace {
-
-// Counts the records its handler is asked about.
-class CountingGrid : public TQDBGrid
-{
-public:
-    using TQDBGrid::TQDBGrid;
-    void FilterRecord(TDataSet *dataSet, bool &accept) override
-    {
-        ++asked;
-        TQDBGrid::FilterRecord(dataSet, accept);
-    }
-    int asked = 0;
-};
 
 const char *const Names[] = {"apple", "APPLE", "Apple ", " apple", "", "\xc3\x84pfel", "\xc3\xa4pfel", "pear", "50%"};
 constexpr double Prices[] = {0.1 + 0.2, 0.3, 1.5, -2.25, 1e-7, 100.0, 0.30000000000000004, 2.675};

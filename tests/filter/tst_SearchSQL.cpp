@@ -3,6 +3,7 @@
 // the rows the row filter keeps, for text in any case, accents and letters whose upper case
 // is longer, whole words, numbers, dates, truth values and NULLs; nothing typed runs as SQL.
 
+#include "CountingGrid.h"
 #include "SQLTestSupport.h"
 #include "TestSupport.h"
 
@@ -23,19 +24,6 @@ using namespace qdb;
 using namespace qdb::test;
 
 namespace {
-
-// Counts the records its handler is asked about.
-class CountingGrid : public TQDBGrid
-{
-public:
-    using TQDBGrid::TQDBGrid;
-    void FilterRecord(TDataSet *dataSet, bool &accept) override
-    {
-        ++asked;
-        TQDBGrid::FilterRecord(dataSet, accept);
-    }
-    int asked = 0;
-};
 
 const char *const Names[] = {
     "Paris",          "paris cafe",      "Martin",    "art",      "art-deco",  "Stuttgart", "art1 b",     "\xc3\x84pfel",
