@@ -7,6 +7,7 @@
 #include "SQLTestSupport.h"
 #include "TestSupport.h"
 
+#include "filter/QDBSearchPanel.h"
 #include "grid/QDBGrid.h"
 #include "platform/db/DataSource.h"
 #include "platform/db/MemTable.h"
@@ -14,6 +15,8 @@
 #include "platform/sql/SQLDataSet.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -223,6 +226,46 @@ TEST_P(SearchSQL, TypedTextIsLookedForAsItStands)
     EXPECT_EQ(databaseFinds(huge, {}), 0);
     EXPECT_FALSE(sqlGrid.SearchCell(smFirst, QString(), {}));
     EXPECT_EQ(ids(table).size(), 60);
+}
+
+TEST_P(SearchSQL, ThePanelsKeysOnTheDatabase)
+{
+    MessageLog messages;
+    sqlGrid.resize(700, 300);
+    sqlGrid.show();
+    QApplication::setActiveWindow(&sqlGrid);
+    sqlGrid.setFocus();
+    table.First();
+    QTest::keyClick(&sqlGrid, Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(sqlGrid.SearchPanel());
+    QLineEdit *edit = sqlGrid.SearchPanel()->SearchBox()->lineEdit();
+    QTest::keyClicks(edit, QStringLiteral("MARTIN"));
+    QTest::keyClick(edit, Qt::Key_Return);
+    const auto id = [this] { return table.FieldByName(QStringLiteral("id"))->AsInteger(); };
+    // "Martin" is the name of ids 2, 27 and 52, and in the notes of some others.
+    const QStringList expected = cells(memGrid, QStringLiteral("MARTIN"), {}, true);
+    ASSERT_GE(expected.size(), 3);
+    QStringList seen{QStringLiteral("%1:%2").arg(id()).arg(sqlGrid.Col())};
+    for (int i = 1; i < expected.size(); ++i) {
+        QTest::keyClick(edit, Qt::Key_F3);
+        seen << QStringLiteral("%1:%2").arg(id()).arg(sqlGrid.Col());
+    }
+    EXPECT_EQ(seen, expected);
+    QTest::keyClick(edit, Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(QStringLiteral("%1:%2").arg(id()).arg(sqlGrid.Col()), expected[expected.size() - 2]);
+    QTest::keyClick(edit, Qt::Key_F3, Qt::ControlModifier);
+    EXPECT_EQ(QStringLiteral("%1:%2").arg(id()).arg(sqlGrid.Col()), expected.first());
+    EXPECT_TRUE(messages.texts.isEmpty());
+    // Hiding the rows without it: the database counts what is left.
+    sqlGrid.GetSearch()->SwitchOptions({soFilterRows}, true);
+    QList<int> kept;
+    for (const QString &cell : expected)
+        if (!kept.contains(cell.section(QLatin1Char(':'), 0, 0).toInt()))
+            kept << cell.section(QLatin1Char(':'), 0, 0).toInt();
+    EXPECT_EQ(ids(table), kept);
+    QTest::keyClick(edit, Qt::Key_Escape);
+    QApplication::processEvents();
+    EXPECT_EQ(table.RecordCount(), 60);
 }
 
 TEST_P(SearchSQL, AnEditIsPostedBeforeTheSearchMoves)
