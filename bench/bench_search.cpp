@@ -150,19 +150,23 @@ void BM_HideRows_SQLiteAPI(benchmark::State &state)
 {
     sqlite3 *db = nullptr;
     sqlite3_open_v2(databasePath().toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr);
-    const char *where = " FROM big WHERE Name LIKE ?1 OR Code LIKE ?1 OR City LIKE ?1";
-    int n = 0;
-    qint64 rows = 0;
-    for (auto _ : state) {
-        const QByteArray like = QByteArray("%") + Common[n++ % 2] + "%";
+    const QByteArray where = " FROM big WHERE Name LIKE ?1 OR Code LIKE ?1 OR City LIKE ?1";
+    const auto like = [](const char *text) { return QByteArray("%") + text + "%"; };
+    const auto count = [&](const QByteArray &pattern) {
         sqlite3_stmt *stmt = nullptr;
-        sqlite3_prepare_v2(db, (QByteArray("SELECT COUNT(*)") + where).constData(), -1, &stmt, nullptr);
-        sqlite3_bind_text(stmt, 1, like.constData(), int(like.size()), SQLITE_STATIC);
-        if (sqlite3_step(stmt) == SQLITE_ROW)
-            rows = sqlite3_column_int64(stmt, 0);
+        sqlite3_prepare_v2(db, ("SELECT COUNT(*)" + where).constData(), -1, &stmt, nullptr);
+        sqlite3_bind_text(stmt, 1, pattern.constData(), int(pattern.size()), SQLITE_STATIC);
+        const qint64 rows = sqlite3_step(stmt) == SQLITE_ROW ? sqlite3_column_int64(stmt, 0) : 0;
         sqlite3_finalize(stmt);
-        sqlite3_prepare_v2(db, (QByteArray("SELECT *") + where + " ORDER BY ID LIMIT 40").constData(), -1, &stmt, nullptr);
-        sqlite3_bind_text(stmt, 1, like.constData(), int(like.size()), SQLITE_STATIC);
+        return rows;
+    };
+    int n = 0;
+    for (auto _ : state) {
+        const QByteArray pattern = like(Common[n++ % 2]);
+        benchmark::DoNotOptimize(count(pattern));
+        sqlite3_stmt *stmt = nullptr;
+        sqlite3_prepare_v2(db, ("SELECT *" + where + " ORDER BY ID LIMIT 40").constData(), -1, &stmt, nullptr);
+        sqlite3_bind_text(stmt, 1, pattern.constData(), int(pattern.size()), SQLITE_STATIC);
         double sum = 0;
         while (sqlite3_step(stmt) == SQLITE_ROW)
             for (int c = 0; c < sqlite3_column_count(stmt); ++c)
@@ -170,17 +174,8 @@ void BM_HideRows_SQLiteAPI(benchmark::State &state)
         benchmark::DoNotOptimize(sum);
         sqlite3_finalize(stmt);
     }
-    {
-        const QByteArray like = QByteArray("%") + Common[0] + "%";
-        sqlite3_stmt *stmt = nullptr;
-        sqlite3_prepare_v2(db, (QByteArray("SELECT COUNT(*)") + where).constData(), -1, &stmt, nullptr);
-        sqlite3_bind_text(stmt, 1, like.constData(), int(like.size()), SQLITE_STATIC);
-        if (sqlite3_step(stmt) == SQLITE_ROW)
-            rows = sqlite3_column_int64(stmt, 0);
-        sqlite3_finalize(stmt);
-    }
+    state.counters["rows"] = double(count(like(Common[0])));
     sqlite3_close(db);
-    state.counters["rows"] = double(rows);
 }
 BENCHMARK(BM_HideRows_SQLiteAPI)->Unit(benchmark::kMillisecond);
 
