@@ -233,6 +233,11 @@ void TQDBGridFilter::GetSettings(TStrings &layout) const
 {
     layout.Add(Format("AutoFilter=%d", {flag(autoFilter_)}));
     layout.Add(Format("Filtered=%d", {flag(filtered_)}));
+    GetFilterLines(layout);
+}
+
+void TQDBGridFilter::GetFilterLines(TStrings &layout) const
+{
     QList<TQColumn *> filtered;
     if (grid_) {
         TQDBGridColumns *all = grid_->GetColumns();
@@ -256,10 +261,18 @@ void TQDBGridFilter::SetSettings(const TStrings &layout)
 {
     if (!layout.Values(QStringLiteral("AutoFilter")).isEmpty())
         SetAutoFilter(StrToIntDef(layout.Values(QStringLiteral("AutoFilter")), flag(autoFilter_)) == 1);
+    std::optional<bool> filtered;
+    if (!layout.Values(QStringLiteral("Filtered")).isEmpty())
+        filtered = StrToIntDef(layout.Values(QStringLiteral("Filtered")), flag(filtered_)) == 1;
+    SetFilterLines(layout, filtered);
+}
+
+void TQDBGridFilter::SetFilterLines(const TStrings &layout, std::optional<bool> filtered)
+{
     const QString count = layout.Values(QStringLiteral("Filters"));
     if (!grid_ || count.isEmpty()) {
-        if (!layout.Values(QStringLiteral("Filtered")).isEmpty())
-            SetFiltered(StrToIntDef(layout.Values(QStringLiteral("Filtered")), flag(filtered_)) == 1);
+        if (filtered)
+            SetFiltered(*filtered);
         return;
     }
     // Read whole before anything changes: a layout that does not read leaves the filters.
@@ -313,8 +326,8 @@ void TQDBGridFilter::SetSettings(const TStrings &layout)
         EndFilterChange();
     };
     try {
-        if (!layout.Values(QStringLiteral("Filtered")).isEmpty())
-            filtered_ = StrToIntDef(layout.Values(QStringLiteral("Filtered")), flag(filtered_)) == 1;
+        if (filtered)
+            filtered_ = *filtered;
         put(lines);
     } catch (...) {
         // A condition the data set refuses: the filters stay as they were.

@@ -9,6 +9,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <optional>
+
 namespace qdb {
 
 class TQColumn;
@@ -81,6 +83,10 @@ public:
     // field name; lines that do not read are passed over).
     void GetSettings(TStrings &layout) const;
     void SetSettings(const TStrings &layout);
+    // The filtered columns' lines alone ("Filters" and "Filter1"...); applying them may
+    // switch the filter on or off in the same change.
+    void GetFilterLines(TStrings &layout) const;
+    void SetFilterLines(const TStrings &layout, std::optional<bool> filtered = {});
 
     // The filtered columns in column order, as UpdateColumns found them.
     // A column deleted since reads as null.

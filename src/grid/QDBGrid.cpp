@@ -1,9 +1,12 @@
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
+#include "QDBGridSettings.h"
 
 #include <QEvent>
 #include <QFontMetrics>
 #include <QScrollBar>
+
+#include <utility>
 
 namespace qdb {
 
@@ -11,6 +14,7 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
 {
     d_->columns = new TQDBGridColumns(this);
     d_->style = new TQGridStyle(this);
+    d_->settings = new TQDBGridSettings(this);
     d_->titleFont = font();
     d_->link.reset(CreateDataLink());
     d_->totals = new TQDBGridTotals(this);
@@ -26,6 +30,8 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
 TQCustomDBGrid::~TQCustomDBGrid()
 {
     d_->destroying = true;
+    if (std::exchange(d_->layoutLoaded, false) && d_->link->Active())
+        autoSaveLayout();
     SetMasterGrid(nullptr);
     for (TQCustomDBGrid *slave : SlaveGrids())
         slave->d_->master = nullptr;
@@ -72,8 +78,9 @@ void TQCustomDBGrid::SetStretchMode(bool on)
     else
         LayoutChanged(); // the columns' own widths come back
 }
-TQSettingsOptions TQCustomDBGrid::GetSettingsOptions() const { return d_->settingsOptions; }
-void TQCustomDBGrid::SetSettingsOptions(TQSettingsOptions options) { d_->settingsOptions = options; }
+TQDBGridSettings *TQCustomDBGrid::GetSettings() const { return d_->settings; }
+TQSettingsOptions TQCustomDBGrid::GetSettingsOptions() const { return d_->settings->GetOptions(); }
+void TQCustomDBGrid::SetSettingsOptions(TQSettingsOptions options) { d_->settings->SetOptions(options); }
 TQGridStyle *TQCustomDBGrid::GetGridStyle() const { return d_->style; }
 
 void TQCustomDBGrid::SetDataSource(TDataSource *source)

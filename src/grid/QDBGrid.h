@@ -3,6 +3,7 @@
 #include "QDBColumns.h"
 #include "QDBGridImages.h"
 #include "QDBGridSelection.h"
+#include "QDBGridSettings.h"
 #include "QDBGridTypes.h"
 
 #include "editors/QDBEditorTypes.h"
@@ -137,6 +138,7 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(QString DetailFields READ GetDetailFields WRITE SetDetailFields)
     Q_PROPERTY(qdb::TQDBGridFilter *FilterGrid READ GetFilterGrid)
     Q_PROPERTY(qdb::TQDBGridSearch *Search READ GetSearch)
+    Q_PROPERTY(qdb::TQDBGridSettings *Settings READ GetSettings)
     Q_PROPERTY(bool ReadOnly READ GetReadOnly WRITE SetReadOnly)
 
 public:
@@ -454,9 +456,14 @@ public:
     // the grid geometry.
     bool GetStretchMode() const;
     void SetStretchMode(bool on);
-    // What the grid's saved layout holds; the settings object keeps them once it exists.
+    // The saved layout: what it holds, where it is kept, its automatic load and save.
+    TQDBGridSettings *GetSettings() const;
     TQSettingsOptions GetSettingsOptions() const;
     void SetSettingsOptions(TQSettingsOptions options);
+    // A layout was built (apply false: the handler may add lines of its own) or applied
+    // (apply true: it may read them).
+    using TQDBGridLayoutEvent = std::function<void(TObject *sender, TStrings *layout, bool apply)>;
+    TQDBGridLayoutEvent OnLayout;
     // The pixels per inch of the grid's coordinates, for layouts saved at another density.
     int CurrentPPI() const { return logicalDpiY(); }
 
@@ -686,6 +693,12 @@ private:
     // Keeps the fields' widths and visibility as the link goes, gives them back to the same
     // fields as it comes again.
     void keepFieldLayout(bool active);
+    // The settings' automatic load and save; what goes wrong is told, not raised, since
+    // they run as the data set opens or closes and as the grid goes.
+    void autoLoadLayout();
+    void autoSaveLayout();
+    friend class TQDBGridSettings;
+    void settingsActivated();
     // Scrolls the data set's window so that the current record stands at that row of it.
     void placeActiveRecord(int row);
     bool detailPrefixApplies() const;

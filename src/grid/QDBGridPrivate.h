@@ -156,7 +156,8 @@ struct TQCustomDBGrid::Private
     int editColumn = -1;
     int typing = 0;
     bool dropDownInProgress = false;
-    TQSettingsOptions settingsOptions{soLoadLayout, soSaveLayout};
+    TQDBGridSettings *settings = nullptr; // a child of the grid
+    bool layoutLoaded = false; // the settings loaded the layout as the data came: saved as it goes
     TextFitCache textFit;
 };
 

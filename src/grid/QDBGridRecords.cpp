@@ -88,6 +88,11 @@ void TQCustomDBGrid::keepFieldLayout(bool active)
 
 void TQCustomDBGrid::LinkActive(bool value)
 {
+    // Saved while the columns still show what the user made of them.
+    if (!value && d_->layoutLoaded) {
+        d_->layoutLoaded = false;
+        autoSaveLayout();
+    }
     keepFieldLayout(value);
     if (value && d_->columns->State() == csDefault && d_->optionsExt.Contains(dgForceCustomized))
         d_->columns->SetState(csCustomized);
@@ -114,6 +119,10 @@ void TQCustomDBGrid::LinkActive(bool value)
                 SetupOrderFields(d_->orderFields);
             if (d_->optionsEx.Contains(dgAutoUpdateOrder))
                 ChangeDataSetOrder();
+        }
+        if (d_->settings->GetActive() && !d_->destroying) {
+            d_->layoutLoaded = true;
+            autoLoadLayout();
         }
         SynchronizeWithMaster();
         AlwaysShowEditor();

@@ -5,6 +5,7 @@
 
 #include "QDBColumns.h"
 #include "QDBGrid.h"
+#include "QDBGridSettings.h"
 #include "QDBGridTypes.h"
 #include "QDBGridsOrderRegistry.h"
 #include "QDBGridsOrderText.h"

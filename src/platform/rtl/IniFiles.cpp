@@ -182,6 +182,13 @@ void TIniFile::UpdateFile()
         save();
 }
 
+void TIniFile::DiscardUpdates()
+{
+    sections_.clear();
+    load();
+    dirty_ = false;
+}
+
 const TIniFile::Section *TIniFile::findSection(const QString &name) const
 {
     if (name.isEmpty())

@@ -74,6 +74,8 @@ public:
     // errors); for writing many values at once.
     void SetCacheUpdates(bool on) { cacheUpdates_ = on; }
     void UpdateFile() override;
+    // Forgets the writes held: the values are the file's again.
+    void DiscardUpdates();
 
 private:
     struct Line
