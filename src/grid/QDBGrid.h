@@ -16,6 +16,8 @@
 
 #include <QEvent>
 
+class QMimeData;
+
 #include <memory>
 
 namespace qdb {
@@ -278,6 +280,15 @@ public:
     void ForEachDataRow(TDataRowEnum rows, const TForEachCellProc &proc);
     void ForEachDataCol(TDataColEnum cols, const TForEachCellProc &proc);
     void InvalidateCurrentRow();
+
+    // ---- copy ----
+    // The selected cells, rows or columns, else the current cell (with dgRowSelect its row),
+    // as the cells show them: tab-separated text under a line of titles and an HTML table;
+    // a single value alone as text. A long copy shows its progress and stops at Esc.
+    // Null (the caller owns what is returned) when there is nothing to copy or it stopped.
+    QMimeData *CopyData();
+    // Ctrl+C and Ctrl+Insert; false when nothing was copied.
+    bool CopyToClipboard();
 
     // ---- look ----
     QFont GetHeaderFont() const;

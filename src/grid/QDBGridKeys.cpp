@@ -58,6 +58,11 @@ void TQCustomDBGrid::KeyDown(QKeyEvent *event)
     const bool move = key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown
         || (ctrl && (key == Qt::Key_Home || key == Qt::Key_End));
     const bool extending = move && GetRowsSelection() && event->modifiers().testFlag(Qt::ShiftModifier);
+    if (ctrl && (key == Qt::Key_C || key == Qt::Key_Insert) && !event->modifiers().testFlag(Qt::AltModifier)) {
+        showingErrors([this] { CopyToClipboard(); });
+        event->accept();
+        return;
+    }
     if (key == Qt::Key_F && ctrl && !event->modifiers().testFlag(Qt::ShiftModifier)) {
         ShowSearchPanel();
         event->accept();

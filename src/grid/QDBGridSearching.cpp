@@ -3,15 +3,14 @@
 
 #include "QDBGrid.h"
 #include "QDBGridPrivate.h"
+#include "QDBGridProgress.h"
 
 #include "filter/QDBSearchPanel.h"
 #include "platform/rtl/Format.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QLineEdit>
-#include <QProgressDialog>
 
 #include <algorithm>
 
@@ -144,29 +143,14 @@ bool TQCustomDBGrid::walkSearch(TQSearchMode mode, const std::function<int(int)>
         case smLast: ds->Last(); break;
         default: scan = step(); break;
         }
-        // A long walk shows how far it got and stops at Esc.
-        QElapsedTimer clock;
-        clock.start();
-        std::unique_ptr<QProgressDialog> progress;
-        const int total = ds->RecordCountKnown() ? ds->RecordCount() : 0;
-        for (int walked = 1; scan; ++walked) {
+        TQWalkProgress progress(this, QApplication::translate("qdb", "Searching..."),
+                                ds->RecordCountKnown() ? ds->RecordCount() : 0, SearchProgressDelay);
+        while (scan) {
             found = matchingCol(rowStart);
             if (found >= 0)
                 break;
             scan = step();
-            if (walked % 256 != 0 || clock.elapsed() < SearchProgressDelay)
-                continue;
-            if (!progress) {
-                progress = std::make_unique<QProgressDialog>(
-                    QApplication::translate("qdb", "Searching..."),
-                    QApplication::translate("qdb", "Cancel"), 0, total, this);
-                progress->setWindowModality(Qt::WindowModal);
-                progress->setMinimumDuration(0);
-                // Esc closes a dialog without cancelling a progress one.
-                connect(progress.get(), &QDialog::rejected, progress.get(), &QProgressDialog::cancel);
-            }
-            progress->setValue(total > 0 ? qMin(walked, total - 1) : 0);
-            if (progress->wasCanceled()) {
+            if (!progress.Step()) {
                 d_->searchStopped = true;
                 break;
             }
