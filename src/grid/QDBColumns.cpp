@@ -288,6 +288,12 @@ TField *TQColumn::GetField() const
     return field_;
 }
 
+void TQColumn::RestoreAssigned(TQColumnValues values)
+{
+    assigned_ = values;
+    changed();
+}
+
 void TQColumn::changed()
 {
     Changed(false);

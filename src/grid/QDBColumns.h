@@ -332,6 +332,8 @@ public:
     TField *GetField() const;
     TQColumnValues AssignedValues() const { return assigned_; }
     void MarkAssigned(TQColumnValue value) { assigned_ += value; }
+    // Puts back which values count as assigned (an undo sets the values themselves first).
+    void RestoreAssigned(TQColumnValues values);
     // True for columns made by the user, false for those the grid made from the fields.
     bool IsStored() const { return stored_; }
     void SetStored(bool on) { stored_ = on; }

@@ -26,6 +26,7 @@ class TQCustomDBGrid;
 class TQDBGridFilter;
 class TQDBGridSearchPanel;
 class TQDBGridTotals;
+class TQDBToolMenu;
 
 // The spacings of the grid's rows and title columns.
 class TQGridStyle : public QObject
@@ -289,6 +290,19 @@ public:
     QMimeData *CopyData();
     // Ctrl+C and Ctrl+Insert; false when nothing was copied.
     bool CopyToClipboard();
+
+    // ---- the user's tools ----
+    // The tool menu of the titles and the indicator; OnToolMenu may change it before it
+    // shows. The menu goes when it closes.
+    virtual TQDBToolMenu *CreateToolMenu(TQColumn *column);
+    TQDBToolMenu *ShowToolMenu(const QPoint &globalPos, TQColumn *column = nullptr);
+    std::function<void(TQCustomDBGrid *sender, TQDBToolMenu *menu)> OnToolMenu;
+    // The columns dialog; true when the user kept the changes.
+    bool ShowColumnsDialog();
+    // The columns as they were when the grid first had its data, before a saved layout
+    // changed them.
+    void RestoreDefaultColumns();
+    bool DefaultColumnsChanged() const;
 
     // ---- look ----
     QFont GetHeaderFont() const;
@@ -659,6 +673,7 @@ protected:
     static constexpr QEvent::Type DeferredUpdateEvent = QEvent::Type(QEvent::User + 0xB030);
 
     void mousePressEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
     void keyPressEvent(QKeyEvent *event) override;
@@ -708,6 +723,7 @@ private:
     // they run as the data set opens or closes and as the grid goes.
     void autoLoadLayout();
     void autoSaveLayout();
+    void keepDefaultColumns();
     friend class TQDBGridSettings;
     void settingsActivated();
     // Scrolls the data set's window so that the current record stands at that row of it.

@@ -157,6 +157,7 @@ struct TQCustomDBGrid::Private
     int typing = 0;
     bool dropDownInProgress = false;
     TQDBGridSettings *settings = nullptr; // a child of the grid
+    QByteArray defaultColumns; // the columns' stream as the data first came
     bool layoutLoaded = false; // the settings loaded the layout as the data came: saved as it goes
     TextFitCache textFit;
 };

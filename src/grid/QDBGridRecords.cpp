@@ -120,6 +120,7 @@ void TQCustomDBGrid::LinkActive(bool value)
             if (d_->optionsEx.Contains(dgAutoUpdateOrder))
                 ChangeDataSetOrder();
         }
+        keepDefaultColumns();
         if (d_->settings->GetActive() && !d_->destroying) {
             d_->layoutLoaded = true;
             autoLoadLayout();
