@@ -10,6 +10,7 @@
 #include <QDockWidget>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -20,6 +21,7 @@
 #include <QSqlField>
 #include <QSqlIndex>
 #include <QSqlRecord>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -44,6 +46,11 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     grid_->SetOptionsEx(grid_->GetOptionsEx() + dgLoadCurrentOrder + dgAutoUpdateOrder + dgAutoKeepSelection);
     // Each title drops the list of its column's values to tick.
     grid_->GetFilterGrid()->SetAutoFilter(true);
+    // Each table gets columns of its own, which its saved layout arranges.
+    grid_->SetOptionsExt(grid_->GetOptionsExt() + dgForceCustomized);
+    grid_->GetSettings()->SetOptions({soLoadLayout, soSaveLayout, soStretchMode, soOrderFields, soLinesCount,
+                                      soAutoFilter, soFiltered, soFilters});
+    grid_->GetSettings()->SetIniFile(true);
 
     // The navigator under the grid moves through and edits the same records.
     navigator_->SetDataSource(&source_);
@@ -84,6 +91,8 @@ ExplorerWindow::ExplorerWindow(QWidget *parent)
     QAction *stretch = view->addAction(tr("&Stretch columns to the window"));
     stretch->setCheckable(true);
     connect(stretch, &QAction::toggled, this, [this](bool on) { grid_->SetStretchMode(on); });
+    connect(view, &QMenu::aboutToShow, stretch, [this, stretch] { stretch->setChecked(grid_->GetStretchMode()); });
+    view->addAction(tr("&Columns..."), grid_, &TQDBGrid::ShowColumnsDialog);
     view->addAction(dock->toggleViewAction());
     totals_ = view->addAction(tr("&Totals"));
     totals_->setCheckable(true);
@@ -146,8 +155,11 @@ bool ExplorerWindow::ShowTable(const QString &name)
 {
     try {
         record_->Clear(); // its controls name the fields of the table shown until now
-        table_.Close();
+        table_.Close(); // the layout of the table shown until now is saved
         lookups_.clear();
+        // The new table's own columns, arranged by its saved layout as it opens.
+        grid_->GetColumns()->SetState(csDefault);
+        grid_->GetSettings()->SetSection(layoutSection(name));
         table_.SetTableName(name);
         table_.SetIndexFieldNames(QString());
         grid_->SetKeyFields(primaryKey(name));
@@ -166,6 +178,26 @@ bool ExplorerWindow::ShowTable(const QString &name)
         showError(e.Message());
         return false;
     }
+}
+
+void ExplorerWindow::SetLayoutFile(const QString &file)
+{
+    if (!file.isEmpty())
+        QDir().mkpath(QFileInfo(file).absolutePath());
+    grid_->GetSettings()->SetFileName(file);
+    grid_->GetSettings()->SetActive(!file.isEmpty());
+}
+
+QString ExplorerWindow::DefaultLayoutFile()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)).filePath(QStringLiteral("layouts.ini"));
+}
+
+QString ExplorerWindow::layoutSection(const QString &table) const
+{
+    const QString database = address_.startsWith(QLatin1String("postgres")) ? QUrl(address_).path().mid(1)
+                                                                            : QFileInfo(address_).completeBaseName();
+    return database + QLatin1Char('.') + table;
 }
 
 QString ExplorerWindow::primaryKey(const QString &table)

@@ -42,12 +42,19 @@ public:
     // the selected rows when there are any.
     void ShowTotals(bool on);
     QAction *TotalsAction() const { return totals_; }
+    // Where each table's layout (columns, order, filters, switches) is kept between runs;
+    // empty keeps nothing. The folder is made when missing.
+    void SetLayoutFile(const QString &file);
+    // The layouts file in the user's configuration folder.
+    static QString DefaultLayoutFile();
 
 private:
     void chooseFile();
     // The table's primary key as key fields: how the grid finds the record again after a sort.
     QString primaryKey(const QString &table);
     void updateCounter();
+    // A table's section in the layouts file: the database's name, a dot, the table's.
+    QString layoutSection(const QString &table) const;
     // Each column's footer adds up its field.
     void setUpTotals();
     // A column that refers to another table edits by that table's rows; a text column that

@@ -47,6 +47,8 @@ int main(int argc, char *argv[])
 
     const QString database = parser.positionalArguments().value(0, sampleDatabase());
     explorer::ExplorerWindow window;
+    // Each table keeps its columns, order and filters between runs.
+    window.SetLayoutFile(explorer::ExplorerWindow::DefaultLayoutFile());
     try {
         if (!database.startsWith(QLatin1String("postgres")) && !QFileInfo::exists(database))
             throw qdb::Exception(QStringLiteral("The database %1 does not exist").arg(database));

@@ -723,7 +723,7 @@ private:
     // they run as the data set opens or closes and as the grid goes.
     void autoLoadLayout();
     void autoSaveLayout();
-    void keepDefaultColumns();
+    void keepDefaultColumns(bool gridMade);
     friend class TQDBGridSettings;
     void settingsActivated();
     // Scrolls the data set's window so that the current record stands at that row of it.

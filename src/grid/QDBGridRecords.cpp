@@ -94,6 +94,7 @@ void TQCustomDBGrid::LinkActive(bool value)
         autoSaveLayout();
     }
     keepFieldLayout(value);
+    const bool gridMade = value && d_->columns->State() == csDefault;
     if (value && d_->columns->State() == csDefault && d_->optionsExt.Contains(dgForceCustomized))
         d_->columns->SetState(csCustomized);
     if (!value) {
@@ -120,7 +121,7 @@ void TQCustomDBGrid::LinkActive(bool value)
             if (d_->optionsEx.Contains(dgAutoUpdateOrder))
                 ChangeDataSetOrder();
         }
-        keepDefaultColumns();
+        keepDefaultColumns(gridMade);
         if (d_->settings->GetActive() && !d_->destroying) {
             d_->layoutLoaded = true;
             autoLoadLayout();

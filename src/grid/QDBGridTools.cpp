@@ -62,9 +62,11 @@ QByteArray columnStream(TQDBGridColumns *columns)
 
 } // namespace
 
-void TQCustomDBGrid::keepDefaultColumns()
+void TQCustomDBGrid::keepDefaultColumns(bool gridMade)
 {
-    if (d_->defaultColumns.isEmpty())
+    // Columns the grid made anew are the defaults of the data now; the user's columns
+    // keep the defaults they started from through a close and open.
+    if (gridMade || d_->defaultColumns.isEmpty())
         d_->defaultColumns = columnStream(d_->columns);
 }
 

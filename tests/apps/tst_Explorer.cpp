@@ -621,3 +621,51 @@ TEST_P(ExplorerSQL, ListsFollowTheSchemaOnEitherDatabase)
 
 INSTANTIATE_TEST_SUITE_P(Databases, ExplorerSQL, testing::Values(test::Backend::SQLite, test::Backend::PostgreSQL),
                          test::BackendName);
+
+TEST(Explorer, EachTableKeepsItsLayoutBetweenRunsAndGarbageSettingsAreIgnored)
+{
+    QTemporaryDir dir;
+    const QString layouts = dir.filePath(QStringLiteral("config/layouts.ini"));
+    auto column = [](explorer::ExplorerWindow &w, const char *field) {
+        return w.Grid()->GetColumns()->FindColumn(QString::fromLatin1(field));
+    };
+    {
+        explorer::ExplorerWindow window;
+        window.SetLayoutFile(layouts);
+        window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("customers"));
+        column(window, "City")->SetVisible(false);
+        column(window, "Company")->SetIndex(0);
+        window.Grid()->SetOrderFields(QStringLiteral("Company DESC"));
+        column(window, "Company")->GetFilterList()->Add(QStringLiteral("nowhere"));
+        ASSERT_TRUE(window.ShowTable(QStringLiteral("products")));
+        EXPECT_NE(column(window, "ProductNo"), nullptr);
+        EXPECT_TRUE(window.Grid()->GetOrderFields().isEmpty()); // its own layout: none yet
+        column(window, "ProductNo")->SetWidth(150);
+    }
+    {
+        explorer::ExplorerWindow window;
+        window.SetLayoutFile(layouts);
+        window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("customers"));
+        EXPECT_FALSE(column(window, "City")->GetVisible());
+        EXPECT_EQ(column(window, "Company")->Index(), 0);
+        EXPECT_EQ(window.Grid()->GetOrderFields(), "Company DESC");
+        EXPECT_EQ(column(window, "Company")->GetFilterList()->ToStringList(), QStringList{QStringLiteral("nowhere")});
+        EXPECT_TRUE(window.Grid()->DataSet()->IsEmpty());
+        ASSERT_TRUE(window.ShowTable(QStringLiteral("products")));
+        EXPECT_EQ(column(window, "ProductNo")->GetWidth(), 150);
+    }
+
+    // Random bytes where the layouts were: the explorer starts with the tables as they are.
+    QFile garbage(layouts);
+    ASSERT_TRUE(garbage.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QByteArray bytes(4096, Qt::Uninitialized);
+    for (int i = 0; i < bytes.size(); ++i)
+        bytes[i] = char((i * 7919 + 13) % 256);
+    garbage.write(bytes);
+    garbage.close();
+    explorer::ExplorerWindow window;
+    window.SetLayoutFile(layouts);
+    window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("customers"));
+    EXPECT_TRUE(column(window, "City")->GetVisible());
+    EXPECT_FALSE(window.Grid()->DataSet()->IsEmpty());
+}
