@@ -271,18 +271,10 @@ TEST_F(Search, ALongWalkShowsItsProgressAndStopsAtEsc)
         text = f->AsString();
     };
     table.First();
-    bool progressSeen = false;
-    QTimer escape;
-    QObject::connect(&escape, &QTimer::timeout, [&] {
-        if (auto *progress = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget())) {
-            progressSeen = true;
-            QTest::keyClick(progress, Qt::Key_Escape);
-        }
-    });
-    escape.start(50);
+    ProgressEscaper escaper;
     grid.GetSearch()->SetText(QStringLiteral("nowhere"));
     EXPECT_FALSE(grid.SearchGrid(smNext));
-    EXPECT_TRUE(progressSeen);
+    EXPECT_TRUE(escaper.Seen());
     EXPECT_TRUE(messages.isEmpty()); // stopped, not "not found"
     EXPECT_EQ(table.FieldByName(QStringLiteral("id"))->AsInteger(), 1); // back where it was
 }

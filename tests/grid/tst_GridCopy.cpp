@@ -9,10 +9,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
-#include <QProgressDialog>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -131,16 +129,8 @@ TEST_F(GridCopy, ALongCopyShowsItsProgressAndStopsAtEscWithoutCopying)
     };
     grid.SetMultiSelect(msCols);
     grid.SelectedCols().Add(column("Name"));
-    bool progressSeen = false;
-    QTimer escape;
-    QObject::connect(&escape, &QTimer::timeout, [&] {
-        if (auto *progress = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget())) {
-            progressSeen = true;
-            QTest::keyClick(progress, Qt::Key_Escape);
-        }
-    });
-    escape.start(50);
+    ProgressEscaper escaper;
     QTest::keyClick(&grid, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_TRUE(progressSeen);
+    EXPECT_TRUE(escaper.Seen());
     EXPECT_EQ(QApplication::clipboard()->text(), "before");
 }

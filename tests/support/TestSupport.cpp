@@ -2,9 +2,23 @@
 
 #include <QSet>
 
+#include <QApplication>
 #include <QFile>
+#include <QProgressDialog>
+#include <QTest>
 
 namespace qdb {
+
+ProgressEscaper::ProgressEscaper()
+{
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+        if (auto *progress = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget())) {
+            seen_ = true;
+            QTest::keyClick(progress, Qt::Key_Escape);
+        }
+    });
+    timer_.start(50);
+}
 
 TFormatSettings GermanStyleSettings()
 {

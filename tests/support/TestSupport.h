@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 #include <ostream>
@@ -44,6 +45,19 @@ public:
 
 private:
     ScopedMessageDlgHook hook_;
+};
+
+// Presses Esc on a progress window as soon as one shows, for as long as it lives.
+class ProgressEscaper
+{
+public:
+    ProgressEscaper();
+    // Whether a progress window showed.
+    bool Seen() const { return seen_; }
+
+private:
+    QTimer timer_;
+    bool seen_ = false;
 };
 
 // How many colours a picture holds: a drawn shape has several, a blank area one.
