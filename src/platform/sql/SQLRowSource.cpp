@@ -138,6 +138,11 @@ QString SQLRowSource::OrderClause(const QString &alias, bool reversed, bool firs
     return items.join(QStringLiteral(", "));
 }
 
+QString SQLRowSource::Reversed() const
+{
+    return QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2").arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true));
+}
+
 qint64 SQLRowSource::count()
 {
     if (count_ < 0) {
@@ -165,6 +170,11 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
             readIndexed(first, n, rows);
         else
             SQLRowSource::ReadDirect(first, n, rows, false);
+        return;
+    }
+    // A walk backwards from the end goes on in the order turned round, as fast as forwards.
+    if (orderKnown_ && first + n == backStart_ && count_ >= 0 && ReadBackwards(first, n, TailRows * 2, rows)) {
+        backStart_ = first;
         return;
     }
     // Far from the start the order is computed once; where an index gives the order, the
@@ -443,6 +453,7 @@ void SQLRowSource::Reset()
     dropIndex();
     count_ = -1;
     directEnd_ = -1;
+    backStart_ = -1;
     farReads_ = 0;
     tail_ = SQLRows();
     anchorReads_ = 0;
@@ -553,13 +564,13 @@ void SQLRowSource::readFromEnd(qint64 first, int n, SQLRows &rows)
     const qint64 stretch = qMin(count_, TailRows);
     if (tail_.columns == 0) {
         SQLRows back;
-        Query(QStringLiteral("SELECT * FROM (%1) qdb_q ORDER BY %2 LIMIT ?").arg(shape_.body, OrderClause(QStringLiteral("qdb_q"), true)),
-              shape_.params + QList<QVariant>{stretch}, back, stretch);
+        Query(Reversed() + QStringLiteral(" LIMIT ?"), shape_.params + QList<QVariant>{stretch}, back, stretch);
         tail_.columns = record_.count();
         tail_.AppendReversed(back);
     }
     const qint64 tailFirst = count_ - qint64(tail_.Count());
     const qint64 from = qMax(first, tailFirst), to = qMin(first + n, count_);
+    backStart_ = from;
     rows.columns = record_.count();
     if (from < to)
         rows.values.insert(rows.values.end(), tail_.values.begin() + (from - tailFirst) * tail_.columns,

@@ -202,6 +202,15 @@ protected:
     virtual void ReadDirect(qint64 first, int n, SQLRows &rows, bool sequential);
     // Whether a sequential read that is already at `first` can go on; SQLite streams.
     virtual bool Streaming(qint64 first) const { Q_UNUSED(first); return false; }
+    // A walk backwards that goes on in one statement of the order turned round, as a walk
+    // forwards does: reads rows first..first+n-1 when the statement stands at first+n, or
+    // when a new one needs to step over no more than `reach` rows from the end to get there;
+    // false otherwise (nothing read). The count is known.
+    virtual bool ReadBackwards(qint64 first, int n, qint64 reach, SQLRows &rows)
+    {
+        Q_UNUSED(first); Q_UNUSED(n); Q_UNUSED(reach); Q_UNUSED(rows);
+        return false;
+    }
     // Whether a direct read far from the start costs little (an index gives the order), so
     // that a few such reads need no computed order.
     virtual bool CheapOffsets() const { return false; }
@@ -232,6 +241,8 @@ protected:
     QString Ordered() const { return ordered_; }
     // Whether every ORDER BY item is a column, so that the source could make the order its own.
     bool OrderKnown() const { return orderKnown_; }
+    // The ordered result turned round: its first row is the last of Ordered().
+    QString Reversed() const;
     // The ORDER BY items that make the order total (columns of qdb_q); without `firstNulls`
     // the first column's NULLs go where the database puts them.
     QString OrderClause(const QString &alias, bool reversed = false, bool firstNulls = true) const;
@@ -305,6 +316,7 @@ private:
     qint64 indexRows_ = 0;
     int indexBuilds_ = 0;
     qint64 directEnd_ = -1; // where the last direct read ended
+    qint64 backStart_ = -1; // where the last read from the end began
     int farReads_ = 0;      // direct reads far from the start
     int anchorReads_ = 0;   // reads from the record found last
     SQLRows tail_;          // the last rows, read in the order turned round

@@ -294,6 +294,8 @@ public:
     {
         stream_.reset();
         streamPos_ = -1;
+        back_.reset();
+        backPos_ = -1;
     }
 
 protected:
@@ -378,6 +380,33 @@ protected:
         streamPos_ += stream_->Read(n, rows);
     }
 
+    bool ReadBackwards(qint64 first, int n, qint64 reach, SQLRows &rows) override
+    {
+        const qint64 end = first + n;
+        const qint64 count = KnownCount();
+        if (!back_ || backPos_ != end) {
+            if (count - end > reach)
+                return false;
+            back_.reset();
+            connection_->Read([&](QSqlDatabase *) {
+                auto statement = std::make_unique<SQLiteStatement>(db_, Reversed(), shape_.params);
+                for (qint64 position = count; position > end && statement->HasRow(); --position)
+                    statement->Next();
+                back_ = std::move(statement);
+            });
+            backPos_ = end;
+        }
+        SQLRows read;
+        read.values.reserve(size_t(n) * size_t(back_->Columns()));
+        const int got = back_->Read(n, read);
+        backPos_ -= got;
+        rows.columns = read.columns;
+        if (got < n) // fewer rows than counted: the rest of the page stays empty rather than shifted
+            rows.values.insert(rows.values.end(), size_t(n - got) * size_t(read.columns), Variant::Null());
+        rows.AppendReversed(read);
+        return true;
+    }
+
     // The keys in result order: a row is found by its key at once. Rows go in in the order
     // selected, so the table's rowid is the position.
     bool IndexStatements(const QString &table, QList<Statement> &statements) override
@@ -414,6 +443,8 @@ private:
     QStringList declared_;
     std::unique_ptr<SQLiteStatement> stream_;
     qint64 streamPos_ = -1;
+    std::unique_ptr<SQLiteStatement> back_; // a walk backwards, in the order turned round
+    qint64 backPos_ = -1;                   // the position after the next row it reads
     bool sortsItself_ = true;
 };
 
