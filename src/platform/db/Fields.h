@@ -107,7 +107,11 @@ public:
     void SetValue(const Variant &value);
     Variant AsVariant() const { return Value(); }
     void SetAsVariant(const Variant &value) { SetValue(value); }
-    bool IsNull() const { return Value().IsClear(); }
+    bool IsNull() const
+    {
+        Variant scratch;
+        return ValueRef(scratch).IsClear();
+    }
     void Clear() { SetValue(Variant::Null()); }
     virtual QString AsString() const;
     virtual void SetAsString(const QString &text);

@@ -36,9 +36,11 @@ public:
     Variant(double v) : v_(v) {}
     Variant(Currency v) : v_(v) {}
     Variant(const QString &v) : v_(v) {}
+    Variant(QString &&v) noexcept : v_(std::move(v)) {}
     Variant(const char *utf8) : v_(QString::fromUtf8(utf8)) {}
     Variant(const Array &v) : v_(v) {}
     Variant(const QByteArray &v) : v_(v) {} // binary data
+    Variant(QByteArray &&v) noexcept : v_(std::move(v)) {}
     Variant(const void *) = delete; // a pointer must not silently become a Boolean
 
     static Variant Null() { Variant r; r.v_ = NullTag{}; return r; }

@@ -16,6 +16,7 @@
 #include <QIODevice>
 #include <QMetaObject>
 #include <QRegularExpression>
+#include <QVarLengthArray>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
@@ -63,7 +64,7 @@ QStringList TParams::Names() const
 
 // ---- TCustomSQLDataSet ----
 
-TCustomSQLDataSet::TCustomSQLDataSet(QObject *parent) : TDataSet(parent) {}
+TCustomSQLDataSet::TCustomSQLDataSet(QObject *parent) : TDataSet(parent), raw_(std::make_unique<SQLRows>()) {}
 
 TCustomSQLDataSet::~TCustomSQLDataSet()
 {
@@ -141,6 +142,7 @@ void TCustomSQLDataSet::openSource()
     shape.keys = keyNames();
     source_.reset();
     source_ = SQLRowSource::Create(connection_, shape);
+    tellDateColumns();
     dropCache();
     ++generation_;
     positions_.clear();
@@ -181,6 +183,17 @@ QStringList TCustomSQLDataSet::primaryKeyNames(const QString &table) const
     return names;
 }
 
+void TCustomSQLDataSet::tellDateColumns()
+{
+    QList<int> dates;
+    const QSqlRecord record = source_->Record();
+    for (TField *f : FieldList())
+        if (f->FieldNo() > 0 && f->FieldKind() == fkData && f->ValueType() == VarType::DateTime)
+            if (const int column = record.indexOf(f->FieldName()); column >= 0)
+                dates << column;
+    source_->ReadAsDates(dates);
+}
+
 void TCustomSQLDataSet::InternalOpen()
 {
     openSource();
@@ -195,6 +208,14 @@ void TCustomSQLDataSet::InternalOpen()
             columnOfField_ << -1;
         columnOfField_[f->FieldNo() - 1] = record.indexOf(f->FieldName());
     }
+    fieldOfSlot_.fill(nullptr, columnOfField_.size());
+    for (TField *f : FieldList())
+        if (f->FieldNo() > 0 && columnOfField_[f->FieldNo() - 1] >= 0)
+            fieldOfSlot_[f->FieldNo() - 1] = f;
+    sameShape_ = columnOfField_.size() == record.count();
+    for (qsizetype slot = 0; slot < columnOfField_.size() && sameShape_; ++slot)
+        sameShape_ = columnOfField_[slot] == slot && fieldOfSlot_[slot];
+    tellDateColumns();
     keyOfRow_.clear();
     for (int column : source_->KeyColumns()) {
         TField *key = nullptr;
@@ -220,6 +241,7 @@ void TCustomSQLDataSet::InternalClose()
     shifts_.clear();
     dropCache();
     columnOfField_.clear();
+    fieldOfSlot_.clear();
 }
 
 void TCustomSQLDataSet::InternalInitFieldDefs()
@@ -245,6 +267,8 @@ void TCustomSQLDataSet::InternalInitFieldDefs()
 void TCustomSQLDataSet::dropCache()
 {
     pages_.clear();
+    walk_.clear();
+    fetchedNo_ = -2;
     lastPage_ = nullptr;
     lastPageNo_ = -1;
     count_ = -1;
@@ -268,22 +292,44 @@ const Variant *TCustomSQLDataSet::row(qint64 position) const
     }
     auto it = pages_.find(pageNo);
     if (it == pages_.end()) {
-        SQLRows raw;
+        SQLRows &raw = *raw_;
+        raw.values.clear();
         source_->Fetch(pageNo * PageSize, PageSize, raw);
         releaseLater();
         if (raw.Count() < size_t(PageSize)) // the end of the result is known now
             count_ = pageNo * PageSize + qint64(raw.Count());
-        Page page;
-        page.rows = raw.Count();
-        page.values.resize(page.rows * size_t(width()), Variant::Null());
-        for (size_t r = 0; r < page.rows; ++r)
-            typeRow(raw, r, &page.values[r * size_t(width())]);
-        if (pages_.size() >= MaxPages) { // the page looked at longest ago goes
-            auto oldest = pages_.begin();
+        // A walk keeps only its last few pages, so that it goes on in memory still in the
+        // processor's cache and leaves the other pages alone; otherwise the page looked at
+        // longest ago goes. The storage of the page that goes is reused.
+        if (pageNo != fetchedNo_ + 1 && pageNo != fetchedNo_ - 1)
+            walk_.clear();
+        walk_.push_back(pageNo);
+        fetchedNo_ = pageNo;
+        auto gone = pages_.end();
+        if (walk_.size() > WalkPages) {
+            gone = pages_.find(walk_.front());
+            walk_.pop_front();
+        }
+        if (gone == pages_.end() && pages_.size() >= MaxPages) {
+            gone = pages_.begin();
             for (auto p = pages_.begin(); p != pages_.end(); ++p)
-                if (p->second.used < oldest->second.used)
-                    oldest = p;
-            pages_.erase(oldest);
+                if (p->second.used < gone->second.used)
+                    gone = p;
+        }
+        Page page;
+        if (gone != pages_.end()) {
+            page.values = std::move(gone->second.values);
+            page.values.clear();
+            pages_.erase(gone);
+        }
+        page.rows = raw.Count();
+        if (sameShape_) { // typed where they stand: the rows as read become the page
+            typeInPlace(raw);
+            page.values.swap(raw.values);
+        } else {
+            page.values.reserve(page.rows * size_t(width()));
+            for (size_t r = 0; r < page.rows; ++r)
+                typeRow(raw, r, page.values);
         }
         it = pages_.emplace(pageNo, std::move(page)).first;
     }
@@ -294,14 +340,37 @@ const Variant *TCustomSQLDataSet::row(qint64 position) const
     return index < it->second.rows ? &it->second.values[index * size_t(width())] : nullptr;
 }
 
-void TCustomSQLDataSet::typeRow(SQLRows &raw, size_t r, Variant *out) const
+void TCustomSQLDataSet::typeRow(SQLRows &raw, size_t r, std::vector<Variant> &out) const
 {
     const TSQLDialect dialect = connection_->Dialect();
-    for (TField *f : FieldList()) {
-        const int no = f->FieldNo();
-        const int column = no > 0 ? columnOfField_.value(no - 1, -1) : -1;
-        if (column >= 0)
-            out[no - 1] = FromDatabase(std::move(raw.values[r * size_t(raw.columns) + size_t(column)]), f, dialect);
+    Variant *values = raw.values.data() + r * size_t(raw.columns);
+    for (qsizetype slot = 0; slot < fieldOfSlot_.size(); ++slot) {
+        const TField *f = fieldOfSlot_[slot];
+        if (!f) {
+            out.push_back(Variant::Null());
+            continue;
+        }
+        Variant &value = values[columnOfField_[slot]];
+        if (value.Type() == f->ValueType()) // read as the field holds it: nothing to convert
+            out.push_back(std::move(value));
+        else
+            out.push_back(FromDatabase(std::move(value), f, dialect));
+    }
+}
+
+void TCustomSQLDataSet::typeInPlace(SQLRows &raw) const
+{
+    const TSQLDialect dialect = connection_->Dialect();
+    const qsizetype columns = fieldOfSlot_.size();
+    QVarLengthArray<VarType, 32> types;
+    for (const TField *f : fieldOfSlot_)
+        types.append(f->ValueType());
+    qsizetype slot = 0;
+    for (Variant &value : raw.values) {
+        if (value.Type() != types[slot])
+            value = FromDatabase(std::move(value), fieldOfSlot_[slot], dialect);
+        if (++slot == columns)
+            slot = 0;
     }
 }
 
@@ -380,8 +449,8 @@ int TCustomSQLDataSet::FindTextRecord(const TTextSearch &search, TSearchFrom fro
         if (n < 0)
             return -1;
         for (size_t r = 0; r < rows.Count(); ++r) {
-            probe_.assign(size_t(width()), Variant::Null());
-            typeRow(rows, r, probe_.data());
+            probe_.clear();
+            typeRow(rows, r, probe_);
             buffer.row = ProbeRow;
             buffer.flag = bfCurrent;
             buffer.ClearValues();

@@ -134,8 +134,11 @@ private:
     // The row of a record buffer that holds a row read outside the positions (probe_).
     static constexpr qint64 ProbeRow = -2;
     static constexpr size_t MaxPages = 64;
+    static constexpr size_t WalkPages = 4;
 
     void openSource();
+    // Tells the source which columns the fields read as dates.
+    void tellDateColumns();
     // The names of the key fields, before any field exists.
     QStringList keyNames() const;
     QStringList primaryKeyNames(const QString &table) const;
@@ -146,8 +149,10 @@ private:
     void rowsWritten(qint64 position, const QList<QVariant> &written);
     QList<QVariant> keyValuesAt(qint64 position) const;
     QList<QVariant> keyValuesOf(const Variant *row) const;
-    // The fields' values of row r of what the database handed over, moved out of it.
-    void typeRow(SQLRows &raw, size_t r, Variant *out) const;
+    // Appends the fields' values of row r of what the database handed over, moved out of it.
+    void typeRow(SQLRows &raw, size_t r, std::vector<Variant> &out) const;
+    // Each value of rows read with a column for each field, in the fields' order, typed where it stands.
+    void typeInPlace(SQLRows &raw) const;
     // The result columns of the fields and the values they must hold, for the database to
     // find the records; false when only a walk can (fields that are not columns, a filter
     // only the records can answer).
@@ -190,12 +195,17 @@ private:
     bool readOnly_ = false;
     std::unique_ptr<SQLRowSource> source_;
     QList<int> columnOfField_; // data field (FieldNo - 1) -> result column
+    QList<const TField *> fieldOfSlot_; // data field (FieldNo - 1) -> the field, if it has a column
+    bool sameShape_ = false; // each result column is the field of its place, and there are no others
     QList<TField *> keyOfRow_; // the fields of the result's key columns
     quint64 generation_ = 0;   // which reading of the result positions belong to
     mutable QHash<TBookmark, qint64> positions_; // bookmarks of older readings, found again
     std::deque<Shift> shifts_;                   // the latest writes, oldest first
     mutable bool releasePosted_ = false;
     mutable std::map<qint64, Page> pages_;
+    mutable std::deque<qint64> walk_; // the pages read one after the other last, oldest first
+    mutable qint64 fetchedNo_ = -2;   // the page read last
+    std::unique_ptr<SQLRows> raw_; // the last page as read, before typing; its storage serves every page
     std::vector<Variant> probe_;
     mutable const Page *lastPage_ = nullptr; // the page read last, asked for again and again
     mutable qint64 lastPageNo_ = -1;

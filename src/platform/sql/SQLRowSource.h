@@ -128,6 +128,9 @@ public:
     void AssumeCount(qint64 rows) { count_ = rows; }
     // Up to n rows from position first (0-based); fewer only at the end of the result.
     void Fetch(qint64 first, int n, SQLRows &rows);
+    // The columns whose values the caller reads as dates: a source that keeps dates as text
+    // may hand them over as dates at once, as FromDatabase would read them.
+    void ReadAsDates(const QList<int> &columns) { dateColumns_ = columns; }
     // Lets go of any statement still open, so that the connection can write and other
     // programs are not held up.
     virtual void Pause() {}
@@ -250,6 +253,7 @@ protected:
     TSQLConnection *connection_;
     SQLResultShape shape_;
     QSqlRecord record_;
+    QList<int> dateColumns_;
 
 private:
     // Runs a read; a session the server ended is opened again and the read tried once more.

@@ -238,6 +238,22 @@ Variant FromDatabase(Variant value, const TField *field, TSQLDialect dialect)
     }
 }
 
+bool DateFromText(const char *utf8, int bytes, Variant &value)
+{
+    constexpr int longest = 32; // longer than any stamp: left to the general way
+    if (bytes > longest)
+        return false;
+    char16_t text[longest];
+    for (int i = 0; i < bytes; ++i) {
+        if (uchar(utf8[i]) >= 0x80)
+            return false;
+        text[i] = char16_t(utf8[i]);
+    }
+    TDateTime dt = 0;
+    value = parseStamp(QStringView(text, bytes), dt) ? Variant::FromDateTime(dt) : Variant::Null();
+    return true;
+}
+
 QVariant ToDatabase(const Variant &value, const TField *field, TSQLDialect dialect)
 {
     if (value.IsClear())

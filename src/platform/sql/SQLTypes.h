@@ -24,5 +24,8 @@ inline Variant FromDatabase(const QVariant &value, const TField *field, TSQLDial
     return FromDatabase(Variant::FromQVariant(value), field, dialect);
 }
 QVariant ToDatabase(const Variant &value, const TField *field, TSQLDialect dialect);
+// A date read from SQLite's UTF-8 text as FromDatabase reads it (Null for text that is no
+// date), without making a string of it; false for text it leaves to FromDatabase.
+bool DateFromText(const char *utf8, int bytes, Variant &value);
 
 } // namespace qdb

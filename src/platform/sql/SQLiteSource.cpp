@@ -2,6 +2,7 @@
 // from SQLite without going through QVariant and UTF-16.
 
 #include "SQLSources.h"
+#include "SQLTypes.h"
 
 #include "platform/rtl/Conversions.h"
 #include "platform/rtl/Exceptions.h"
@@ -13,6 +14,7 @@
 #include <QCoreApplication>
 #include <QSqlDriver>
 #include <QSqlField>
+#include <QVarLengthArray>
 
 namespace qdb {
 
@@ -99,25 +101,39 @@ public:
         }
         return types;
     }
-    // Appends up to n rows; answers how many.
-    int Read(int n, SQLRows &rows)
+    // Appends up to n rows; answers how many. The text of the columns `dates` is read as dates.
+    int Read(int n, SQLRows &rows, const QList<int> &dates = {})
     {
         const int columns = Columns();
         rows.columns = columns;
+        QVarLengthArray<bool, 32> date(columns, false);
+        for (int c : dates)
+            if (c >= 0 && c < columns)
+                date[c] = true;
         int got = 0;
         while (got < n && hasRow_) {
             for (int c = 0; c < columns; ++c) {
-                switch (sqlite3_column_type(stmt_, c)) {
-                case SQLITE_INTEGER: rows.values.emplace_back(qint64(sqlite3_column_int64(stmt_, c))); break;
-                case SQLITE_FLOAT: rows.values.emplace_back(sqlite3_column_double(stmt_, c)); break;
-                case SQLITE_TEXT:
-                    rows.values.emplace_back(QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(stmt_, c)),
-                                                               sqlite3_column_bytes(stmt_, c)));
+                // One call of the connection's API a value: reading the value itself takes no
+                // lock, and nothing else uses the connection while this statement reads.
+                sqlite3_value *value = sqlite3_column_value(stmt_, c);
+                switch (sqlite3_value_type(value)) {
+                case SQLITE_INTEGER: rows.values.emplace_back(qint64(sqlite3_value_int64(value))); break;
+                case SQLITE_FLOAT: rows.values.emplace_back(sqlite3_value_double(value)); break;
+                case SQLITE_TEXT: {
+                    const char *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
+                    const int bytes = sqlite3_value_bytes(value);
+                    Variant stamp;
+                    if (date[c] && DateFromText(text, bytes, stamp))
+                        rows.values.push_back(std::move(stamp));
+                    else
+                        rows.values.emplace_back(QString::fromUtf8(text, bytes));
                     break;
-                case SQLITE_BLOB:
-                    rows.values.emplace_back(QByteArray(static_cast<const char *>(sqlite3_column_blob(stmt_, c)),
-                                                        sqlite3_column_bytes(stmt_, c)));
+                }
+                case SQLITE_BLOB: {
+                    const char *blob = static_cast<const char *>(sqlite3_value_blob(value));
+                    rows.values.emplace_back(QByteArray(blob, sqlite3_value_bytes(value)));
                     break;
+                }
                 default: rows.values.push_back(Variant::Null()); break;
                 }
             }
@@ -357,7 +373,7 @@ protected:
                 connection_->Read([&](QSqlDatabase *) {
                     SQLiteStatement statement(db_, sql, params);
                     sortsItself_ = statement.Sorted();
-                    statement.Read(n, rows);
+                    statement.Read(n, rows, dateColumns_);
                 });
                 return;
             }
@@ -377,7 +393,7 @@ protected:
         }
         // The statement has done its sorting by now: going on costs no wait worth a thread.
         rows.values.reserve(rows.values.size() + size_t(n) * size_t(stream_->Columns()));
-        streamPos_ += stream_->Read(n, rows);
+        streamPos_ += stream_->Read(n, rows, dateColumns_);
     }
 
     bool ReadBackwards(qint64 first, int n, qint64 reach, SQLRows &rows) override
@@ -398,7 +414,7 @@ protected:
         }
         SQLRows read;
         read.values.reserve(size_t(n) * size_t(back_->Columns()));
-        const int got = back_->Read(n, read);
+        const int got = back_->Read(n, read, dateColumns_);
         backPos_ -= got;
         rows.columns = read.columns;
         if (got < n) // fewer rows than counted: the rest of the page stays empty rather than shifted

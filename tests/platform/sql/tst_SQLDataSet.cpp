@@ -492,3 +492,37 @@ TEST_P(SQLDataSetTest, ValuesKeepTheirExactForm)
     kinds.SetFiltered(true);
     EXPECT_EQ(kinds.RecordCount(), 1);
 }
+
+// SQLite keeps dates as whatever text or number another program wrote: the rows a walk reads
+// (typed as they stream in) must read each of them as a lookup of the single row does.
+TEST_P(SQLDataSetTest, EveryStoredFormOfADateReadsAlike)
+{
+    if (GetParam() != Backend::SQLite)
+        GTEST_SKIP() << "the forms are SQLite's";
+    connection.ExecSQL(QStringLiteral("CREATE TABLE stamps (id INTEGER PRIMARY KEY, at TIMESTAMP)"));
+    const QList<Variant> stored{QStringLiteral("2024-02-29"), QStringLiteral("2024-02-29 23:59:58.250"),
+                                QStringLiteral("2024-02-29T08:00"), QStringLiteral("12:30:15"),
+                                QStringLiteral(" 2024-01-02 "), QStringLiteral("2024-02-30"), QStringLiteral("tomorrow"),
+                                QStringLiteral("45000.5"), QStringLiteral("2024-01-02 \u00e9"), 45000.25, qint64(45000),
+                                QStringLiteral("2024-01-02 10:00:00.123456789012345678901234567890"), Variant::Null()};
+    for (int i = 0; i < stored.size(); ++i)
+        connection.ExecSQL(QStringLiteral("INSERT INTO stamps VALUES (?, ?)"), {i, stored[i]});
+    TSQLTable stamps;
+    stamps.SetConnection(&connection);
+    stamps.SetTableName(QStringLiteral("stamps"));
+    stamps.Open();
+    ASSERT_EQ(F(stamps, "at")->DataType(), ftDateTime);
+    int i = 0;
+    for (; !stamps.Eof(); stamps.Next(), ++i) {
+        SCOPED_TRACE(stored[i].ToString().toStdString());
+        const Variant read = F(stamps, "at")->Value();
+        const Variant looked = stamps.Lookup(QStringLiteral("id"), i, QStringLiteral("at"));
+        EXPECT_EQ(read.Type(), looked.Type());
+        EXPECT_EQ(read.IsClear() ? 0 : read.ToDateTime(), looked.IsClear() ? 0 : looked.ToDateTime());
+    }
+    EXPECT_EQ(i, stored.size());
+    stamps.First();
+    EXPECT_EQ(F(stamps, "at")->AsDateTime(), EncodeDate(2024, 2, 29));
+    stamps.MoveBy(5);
+    EXPECT_TRUE(F(stamps, "at")->IsNull()); // no such day
+}
