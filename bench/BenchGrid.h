@@ -1,7 +1,8 @@
 #pragma once
 
-// A 1280x800 grid shown over the generated table "big", keyed by ID: what the benchmarks
-// that measure a change until the grid has repainted start from.
+// A 1280x800 grid shown over the generated table "big" (in the SQLite file, or on the
+// server given), keyed by ID: what the benchmarks that measure a change until the grid has
+// repainted start from.
 
 #include "BenchDatabase.h"
 
@@ -19,9 +20,9 @@ struct BigTableGrid
     TSQLTable table;
     TDataSource source;
     TQDBGrid grid;
-    BigTableGrid()
+    explicit BigTableGrid(const QString &database = databasePath())
     {
-        connection.SetConnectionString(databasePath());
+        connection.SetConnectionString(database);
         table.SetConnection(&connection);
         table.SetTableName(QStringLiteral("big"));
         table.Open();
