@@ -146,6 +146,8 @@ void ExplorerWindow::OpenDatabase(const QString &address, const QString &firstTa
 
 QStringList ExplorerWindow::Tables() const
 {
+    if (!connection_.Connected())
+        return {};
     QStringList names = const_cast<TSQLConnection &>(connection_).Database().tables(QSql::Tables);
     names.sort(Qt::CaseInsensitive);
     return names;
@@ -213,12 +215,28 @@ void ExplorerWindow::chooseFile()
 {
     const QString path = QFileDialog::getOpenFileName(this, tr("Open SQLite database"), QString(),
                                                       tr("SQLite databases (*.db *.sqlite *.sqlite3);;All files (*)"));
-    if (path.isEmpty())
-        return;
+    if (!path.isEmpty())
+        TryOpenDatabase(path);
+}
+
+bool ExplorerWindow::TryOpenDatabase(const QString &address, const QString &firstTable)
+{
     try {
-        OpenDatabase(path);
+        if (!address.startsWith(QLatin1String("postgres")) && !QFileInfo::exists(address))
+            throw Exception(tr("The database %1 does not exist").arg(address));
+        OpenDatabase(address, firstTable);
+        return true;
     } catch (const Exception &e) {
+        table_.Close();
+        connection_.Close();
+        address_.clear();
+        location_->clear();
+        const QSignalBlocker block(tables_);
+        tables_->clear();
+        setWindowTitle(tr("Explorer"));
+        updateCounter();
         showError(e.Message());
+        return false;
     }
 }
 

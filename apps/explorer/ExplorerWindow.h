@@ -32,6 +32,9 @@ public:
     // Connects to an SQLite file or a postgresql:// address (throws the database's error)
     // and shows firstTable, or the first table of the list.
     void OpenDatabase(const QString &address, const QString &firstTable = {});
+    // The same, but what keeps the database from opening (no such file, a damaged one) is
+    // told to the user and the window is left on no database: false.
+    bool TryOpenDatabase(const QString &address, const QString &firstTable = {});
     // Shows a table of the open database; false (with the reason shown) when it cannot.
     bool ShowTable(const QString &name);
     QStringList Tables() const;

@@ -49,6 +49,12 @@ int main(int argc, char *argv[])
     explorer::ExplorerWindow window;
     // Each table keeps its columns, order and filters between runs.
     window.SetLayoutFile(explorer::ExplorerWindow::DefaultLayoutFile());
+    if (!parser.isSet(screenshot)) {
+        // A database that does not open is told in the window, where File > Open takes another.
+        window.show();
+        window.TryOpenDatabase(database, parser.value(table));
+        return app.exec();
+    }
     try {
         if (!database.startsWith(QLatin1String("postgres")) && !QFileInfo::exists(database))
             throw qdb::Exception(QStringLiteral("The database %1 does not exist").arg(database));
@@ -61,16 +67,11 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "explorer: the table %s cannot be shown\n", qPrintable(parser.value(table)));
         return 1;
     }
-
-    if (parser.isSet(screenshot)) {
-        window.show();
-        QCoreApplication::processEvents();
-        if (!window.grab().save(parser.value(screenshot), "PNG")) {
-            std::fprintf(stderr, "explorer: cannot write %s\n", qPrintable(parser.value(screenshot)));
-            return 1;
-        }
-        return 0;
-    }
     window.show();
-    return app.exec();
+    QCoreApplication::processEvents();
+    if (!window.grab().save(parser.value(screenshot), "PNG")) {
+        std::fprintf(stderr, "explorer: cannot write %s\n", qPrintable(parser.value(screenshot)));
+        return 1;
+    }
+    return 0;
 }

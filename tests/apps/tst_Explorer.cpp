@@ -669,3 +669,40 @@ TEST(Explorer, EachTableKeepsItsLayoutBetweenRunsAndGarbageSettingsAreIgnored)
     EXPECT_TRUE(column(window, "City")->GetVisible());
     EXPECT_FALSE(window.Grid()->DataSet()->IsEmpty());
 }
+
+// A file that is no database, or one cut short, is told by name; another opens after it.
+TEST(Explorer, ADamagedFileIsToldByNameAndAnotherOpens)
+{
+    QTemporaryDir dir;
+    const QString garbage = dir.filePath(QStringLiteral("garbage.db"));
+    {
+        QFile f(garbage);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(QByteArray("SQLite format 3") + QByteArray(1, '\0') + QByteArray(4096, '\x5a'));
+    }
+    explorer::ExplorerWindow window;
+    window.resize(900, 600);
+    window.show();
+    MessageLog log;
+    ASSERT_TRUE(window.TryOpenDatabase(QStringLiteral(QDB_SAMPLE_DB)));
+    EXPECT_FALSE(window.TryOpenDatabase(garbage));
+    ASSERT_EQ(log.texts.size(), 1);
+    EXPECT_TRUE(log.texts[0].contains(garbage)) << qPrintable(log.texts[0]);
+    EXPECT_TRUE(log.texts[0].contains(QStringLiteral("not a database"))) << qPrintable(log.texts[0]);
+    EXPECT_TRUE(window.Tables().isEmpty());
+    EXPECT_FALSE(window.Grid()->DataSet()->Active());
+
+    // Cut short: told as malformed, by name.
+    SampleCopy copy;
+    ASSERT_TRUE(copy.made);
+    QFile file(copy.path);
+    ASSERT_TRUE(file.resize(file.size() - file.size() / 4));
+    log.texts.clear();
+    EXPECT_FALSE(window.TryOpenDatabase(copy.path));
+    ASSERT_EQ(log.texts.size(), 1);
+    EXPECT_TRUE(log.texts[0].contains(QStringLiteral("malformed"))) << qPrintable(log.texts[0]);
+    EXPECT_TRUE(log.texts[0].contains(copy.path)) << qPrintable(log.texts[0]);
+
+    EXPECT_TRUE(window.TryOpenDatabase(QStringLiteral(QDB_SAMPLE_DB)));
+    EXPECT_TRUE(window.Grid()->DataSet()->Active());
+}
