@@ -42,6 +42,7 @@ public:
     Variant(const QByteArray &v) : v_(v) {} // binary data
     Variant(QByteArray &&v) noexcept : v_(std::move(v)) {}
     Variant(const void *) = delete; // a pointer must not silently become a Boolean
+    friend void swap(Variant &a, Variant &b) noexcept { a.v_.swap(b.v_); }
 
     static Variant Null() { Variant r; r.v_ = NullTag{}; return r; }
     static Variant FromDateTime(TDateTime dt) { Variant r; r.v_ = DateTimeValue{dt}; return r; }

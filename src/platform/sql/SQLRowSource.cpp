@@ -172,8 +172,11 @@ void SQLRowSource::fetch(qint64 first, int n, SQLRows &rows)
             SQLRowSource::ReadDirect(first, n, rows, false);
         return;
     }
-    // A walk backwards from the end goes on in the order turned round, as fast as forwards.
-    if (orderKnown_ && first + n == backStart_ && count_ >= 0 && ReadBackwards(first, n, TailRows * 2, rows)) {
+    // A walk backwards from the end goes on in the order turned round, as fast as forwards,
+    // once it has left the last rows, which are held already. A new statement starts only
+    // near the end and where no computed order serves.
+    if (orderKnown_ && count_ >= 0 && first < count_ - TailRows && first + n == backStart_
+        && ReadBackwards(first, n, index_.isEmpty() ? TailRows * 2 : 0, rows)) {
         backStart_ = first;
         return;
     }

@@ -16,6 +16,8 @@
 #include <QSqlField>
 #include <QVarLengthArray>
 
+#include <algorithm>
+
 namespace qdb {
 
 namespace {
@@ -412,14 +414,15 @@ protected:
             });
             backPos_ = end;
         }
-        SQLRows read;
-        read.values.reserve(size_t(n) * size_t(back_->Columns()));
-        const int got = back_->Read(n, read, dateColumns_);
+        const size_t columns = size_t(back_->Columns()), base = rows.values.size();
+        rows.values.reserve(base + size_t(n) * columns);
+        const int got = back_->Read(n, rows, dateColumns_);
         backPos_ -= got;
-        rows.columns = read.columns;
-        if (got < n) // fewer rows than counted: the rest of the page stays empty rather than shifted
-            rows.values.insert(rows.values.end(), size_t(n - got) * size_t(read.columns), Variant::Null());
-        rows.AppendReversed(read);
+        const auto row = [&](int r) { return rows.values.begin() + qsizetype(base + size_t(r) * columns); };
+        for (int r = 0; r < got / 2; ++r) // into the order, where they were read
+            std::swap_ranges(row(r), row(r + 1), row(got - 1 - r));
+        if (got < n) // fewer rows than counted: the first ones stay empty rather than shifted
+            rows.values.insert(row(0), size_t(n - got) * columns, Variant::Null());
         return true;
     }
 
