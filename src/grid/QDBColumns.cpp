@@ -729,7 +729,8 @@ QStringList defaultFieldNames(TDataSet *ds)
                 add(child);
     };
     for (TField *f : ds->Fields())
-        add(f);
+        if (f->Visible()) // as the grid's own columns, which show the visible fields
+            add(f);
     return names;
 }
 

@@ -167,7 +167,10 @@ QStringList TCustomSQLDataSet::keyNames() const
     const QString table = UpdateTableName();
     if (table.isEmpty())
         return {};
-    return primaryKeyNames(table);
+    const QStringList primary = primaryKeyNames(table);
+    if (primary.isEmpty() && !ImplicitKey().isEmpty())
+        return {ImplicitKey()};
+    return primary;
 }
 
 QStringList TCustomSQLDataSet::primaryKeyNames(const QString &table) const
@@ -199,6 +202,10 @@ void TCustomSQLDataSet::InternalOpen()
     openSource();
     const bool refilter = Filtered() && (!Filter().trimmed().isEmpty() || OnFilterRecord()) && FieldList().Count() == 0;
     InitFieldsAndBind();
+    if (TField *implicit = ImplicitKey().isEmpty() ? nullptr : FindField(ImplicitKey())) {
+        implicit->SetVisible(false);
+        implicit->SetReadOnly(true);
+    }
     columnOfField_.clear();
     const QSqlRecord record = source_->Record();
     for (TField *f : FieldList()) {

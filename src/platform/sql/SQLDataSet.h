@@ -33,10 +33,10 @@ private:
 
 // A data set over the result of a SELECT. Rows are read when they are looked at and kept in
 // a bounded cache of pages; RecordCount is exact and RecNo a position in the open result.
-// Records are identified by key: KeyFields, or the table's primary key. Bookmarks hold the
-// key values, so they find their record again after inserts, deletes, refreshes, filters
-// and new orders; a data set without a key has bookmarks that last until its rows are read
-// again. A Filter becomes a WHERE clause with bound values around the query, its ORDER BY
+// Records are identified by key: KeyFields, or the table's primary key, or SQLite's rowid.
+// Bookmarks hold the key values, so they find their record again after inserts, deletes,
+// refreshes, filters and new orders; a data set without a key has bookmarks that last until
+// its rows are read again, and says so when one is used after that. A Filter becomes a WHERE clause with bound values around the query, its ORDER BY
 // kept outside. Posting writes UPDATE, INSERT or DELETE by key; the record is read back so
 // that defaults and triggers show.
 class TCustomSQLDataSet : public TDataSet
@@ -92,6 +92,10 @@ protected:
     virtual QList<Variant> SelectParams() const { return {}; }
     // The table written to; empty makes the data set read-only.
     virtual QString UpdateTableName() const = 0;
+    // A column the database adds to identify each row where the data set has no key of its
+    // own (SQLite's rowid), empty when there is none; its field is hidden and read-only.
+    virtual QString ImplicitKey() const { return {}; }
+    QStringList primaryKeyNames(const QString &table) const;
 
     void InternalOpen() override;
     void InternalClose() override;
@@ -141,7 +145,6 @@ private:
     void tellDateColumns();
     // The names of the key fields, before any field exists.
     QStringList keyNames() const;
-    QStringList primaryKeyNames(const QString &table) const;
     // Reads the result again from the database; the record at `keep` stays current.
     void reread(const QList<QVariant> &keep);
     // After a write of its own: the record at `position` left its place (-1: inserted), the
@@ -264,10 +267,14 @@ public:
 protected:
     QString SelectSQL() const override;
     QString UpdateTableName() const override { return tableName_; }
+    // A SQLite table without a primary key is keyed by its rowid.
+    QString ImplicitKey() const override;
 
 private:
     QString tableName_;
     QString indexFieldNames_;
+    mutable QString implicitFor_; // the connection and table the implicit key was found for
+    mutable QString implicitKey_;
 };
 
 } // namespace qdb

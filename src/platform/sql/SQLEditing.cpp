@@ -14,6 +14,7 @@
 #include <QSqlError>
 #include <QSqlIndex>
 #include <QSqlQuery>
+#include <QSqlRecord>
 
 namespace qdb {
 
@@ -79,6 +80,8 @@ QList<TField *> TCustomSQLDataSet::keyFieldList()
             DatabaseError(tr("The key field %1 of table %2 is not in the query").arg(name, table), this);
         keys << f;
     }
+    if (TField *implicit = keys.isEmpty() && !ImplicitKey().isEmpty() ? FindField(ImplicitKey()) : nullptr)
+        keys << implicit;
     if (keys.isEmpty())
         DatabaseError(tr("Table %1 has no primary key; set KeyFields to say which fields identify a record").arg(table),
                       this);
@@ -338,11 +341,36 @@ void TSQLTable::SetIndexFieldNames(const QString &names)
     }
 }
 
+QString TSQLTable::ImplicitKey() const
+{
+    TSQLConnection *connection = Connection();
+    if (!connection || tableName_.isEmpty() || !KeyFields().trimmed().isEmpty() || connection->Dialect() != TSQLDialect::SQLite)
+        return {};
+    const QString of = QString::number(quintptr(connection)) + QLatin1Char('/') + connection->DatabaseName() + QLatin1Char('/') + tableName_;
+    if (of == implicitFor_)
+        return implicitKey_;
+    implicitFor_ = of;
+    implicitKey_.clear();
+    // Only a table has a rowid (one WITHOUT ROWID has a primary key); a view has none.
+    const QStringList tables = connection->Database().tables(QSql::Tables);
+    if (!primaryKeyNames(tableName_).isEmpty() || !tables.contains(tableName_, Qt::CaseInsensitive))
+        return implicitKey_;
+    // A column may have taken one of its names.
+    const QSqlRecord columns = connection->Database().record(tableName_);
+    for (const char *name : {"rowid", "_rowid_", "oid"})
+        if (columns.indexOf(QLatin1String(name)) < 0)
+            return implicitKey_ = QLatin1String(name);
+    return implicitKey_;
+}
+
 QString TSQLTable::SelectSQL() const
 {
     if (tableName_.isEmpty())
         DatabaseError(tr("No table name is set"), this);
-    QString sql = QStringLiteral("SELECT * FROM ") + Quote(tableName_);
+    const QString implicit = ImplicitKey();
+    QString sql = (implicit.isEmpty() ? QStringLiteral("SELECT * FROM ")
+                                      : QStringLiteral("SELECT *, %1 AS %2 FROM ").arg(implicit, Quote(implicit)))
+        + Quote(tableName_);
     QStringList order;
     for (QString item : indexFieldNames_.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         item = item.trimmed();
