@@ -89,7 +89,7 @@ protected:
     // Whether the record in the buffer holds the values a running locate looks for.
     virtual bool LocateFilter(TRecordBuffer &buffer);
     // Posts the record being inserted in the buffer; with append, after the last record.
-    virtual void InternalAddRecord(TRecordBuffer &buffer, bool append);
+    void InternalAddRecord(TRecordBuffer &buffer, bool append) override;
 
 private:
 

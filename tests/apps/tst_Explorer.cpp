@@ -675,11 +675,7 @@ TEST(Explorer, ADamagedFileIsToldByNameAndAnotherOpens)
 {
     QTemporaryDir dir;
     const QString garbage = dir.filePath(QStringLiteral("garbage.db"));
-    {
-        QFile f(garbage);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray("SQLite format 3") + QByteArray(1, '\0') + QByteArray(4096, '\x5a'));
-    }
+    ASSERT_TRUE(test::WriteDamagedDatabase(garbage));
     explorer::ExplorerWindow window;
     window.resize(900, 600);
     window.show();

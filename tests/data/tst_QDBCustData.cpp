@@ -214,3 +214,36 @@ TEST(QDBCustomData, ADescendantLocatesByItsOwnRule)
     EXPECT_FALSE(data.Locate(QStringLiteral("Name"), QStringLiteral("ignored"), {}));
     EXPECT_EQ(data.RecNo(), 8);
 }
+
+// Records added whole go through InternalAddRecord: appended after the last record wherever
+// the cursor is, inserted at it.
+TEST(QDBCustomData, RecordsAddedWholeAreAppendedOrInsertedWhereTheySay)
+{
+    class Adding : public ListData
+    {
+    public:
+        using ListData::ListData;
+        QList<bool> added;
+
+    protected:
+        void InternalAddRecord(TRecordBuffer &buffer, bool append) override
+        {
+            added << append;
+            ListData::InternalAddRecord(buffer, append);
+        }
+    };
+    Adding data(3);
+    data.Open();
+    data.Next();
+    data.AppendRecord({QStringLiteral("end"), 9});
+    EXPECT_EQ(data.names.last(), QStringLiteral("end"));
+    EXPECT_EQ(data.qtys.last(), 9);
+    EXPECT_EQ(data.RecNo(), 4);
+    data.First();
+    data.Next();
+    data.InsertRecord({QStringLiteral("mid"), 5});
+    EXPECT_EQ(data.names, QStringList({QStringLiteral("n0"), QStringLiteral("mid"), QStringLiteral("n1"), QStringLiteral("n2"),
+                                       QStringLiteral("end")}));
+    EXPECT_EQ(data.RecNo(), 2);
+    EXPECT_EQ(data.added, QList<bool>({true, false}));
+}

@@ -12,6 +12,13 @@ std::string BackendName(const testing::TestParamInfo<Backend> &info)
     return info.param == Backend::SQLite ? "SQLite" : "PostgreSQL";
 }
 
+bool WriteDamagedDatabase(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly)
+        && f.write(QByteArray("SQLite format 3") + QByteArray(1, '\0') + QByteArray(4096, '\x5a')) == 4112;
+}
+
 bool TestDatabase::Open(Backend backend, TSQLConnection &connection, const QString &name)
 {
     if (backend == Backend::PostgreSQL) {

@@ -61,4 +61,8 @@ private:
     int port_ = 0;
 };
 
+// A file that begins as a SQLite database does and goes on with bytes that are none: what
+// SQLite calls "not a database". False when it cannot be written.
+bool WriteDamagedDatabase(const QString &path);
+
 } // namespace qdb::test

@@ -957,11 +957,16 @@ void TDataSet::InternalPost()
 
 void TDataSet::Post()
 {
+    post([this] { InternalPost(); });
+}
+
+void TDataSet::post(const std::function<void()> &store)
+{
     UpdateRecord();
     if (state_ == dsEdit || state_ == dsInsert) {
         DataEvent(deCheckBrowseMode, 0);
         Fire(BeforePost, this);
-        InternalPost(); // a refusal leaves the record in edit state with its values
+        store(); // a refusal leaves the record in edit state with its values
         DataContentChanged();
         SetState(dsBrowse);
         Resync({});
@@ -1017,20 +1022,24 @@ void TDataSet::Delete()
 
 void TDataSet::AppendRecord(const QList<Variant> &values)
 {
-    Append();
-    for (int i = 0; i < values.size() && i < fields_.Count(); ++i)
-        if (!values[i].IsUnassigned() && fields_[i]->FieldKind() == fkData && !fields_[i]->ReadOnly())
-            fields_[i]->SetValue(values[i]);
-    Post();
+    addRecord(values, true);
 }
 
 void TDataSet::InsertRecord(const QList<Variant> &values)
 {
-    Insert();
+    addRecord(values, false);
+}
+
+void TDataSet::addRecord(const QList<Variant> &values, bool append)
+{
+    if (append)
+        Append();
+    else
+        Insert();
     for (int i = 0; i < values.size() && i < fields_.Count(); ++i)
         if (!values[i].IsUnassigned() && fields_[i]->FieldKind() == fkData && !fields_[i]->ReadOnly())
             fields_[i]->SetValue(values[i]);
-    Post();
+    post([this, append] { InternalAddRecord(ActiveBuffer(), append); });
 }
 
 void TDataSet::Refresh()

@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -349,6 +350,13 @@ protected:
     virtual void InternalInsert() {}
     // The base checks required fields; descendants store the record and call it first.
     virtual void InternalPost();
+    // Stores a record that InsertRecord or AppendRecord filled whole (append: after the last
+    // record); by default as any posted new record.
+    virtual void InternalAddRecord(TRecordBuffer &buffer, bool append)
+    {
+        Q_UNUSED(buffer); Q_UNUSED(append);
+        InternalPost();
+    }
     virtual void InternalCancel() {}
     virtual void InternalDelete() = 0;
     virtual void InternalRefresh() {}
@@ -470,6 +478,10 @@ private:
     friend class TObjectField;
     friend class TDataSource;
     friend class TDataLink;
+
+    // Post, with `store` writing the record.
+    void post(const std::function<void()> &store);
+    void addRecord(const QList<Variant> &values, bool append);
 
     void openCursor();
     void closeCursor();

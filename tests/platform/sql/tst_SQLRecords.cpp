@@ -490,11 +490,7 @@ TEST(SQLFiles, ADamagedFileIsReportedByName)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("damaged.db"));
-    {
-        QFile f(path);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(QByteArray("SQLite format 3") + QByteArray(1, '\0') + QByteArray(4096, '\x5a'));
-    }
+    ASSERT_TRUE(test::WriteDamagedDatabase(path));
     TSQLConnection connection;
     connection.SetDatabaseName(path);
     try {
