@@ -21,6 +21,11 @@ TQColumnTotalValue::TQColumnTotalValue(TQColumn *column) : TCollectionItem(nullp
     setParent(column);
 }
 
+TQColumnTotalFields::TQColumnTotalFields(TQColumn *column) : TQColumnTotalValue(column)
+{
+    totalResult_ = trDataField; // the column is still being made: nothing to tell it
+}
+
 TQColumn *TQColumnTotalValue::Column() const
 {
     if (column_)

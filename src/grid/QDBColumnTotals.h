@@ -1,7 +1,7 @@
 #pragma once
 
-// A column's totals sections: a header total above the list of total values and a footer
-// total below it. They are what the grid's bottom rows show; the calculation over the
+// A column's totals sections: a header total above the list of total values, the fields of
+// the current record below them and a footer total at the bottom. They are what the grid's bottom rows show; the calculation over the
 // records fills their values.
 
 #include "QDBGridTypes.h"
@@ -177,6 +177,7 @@ private:
     QString hint_;
     int imageIndex_ = -1;
     TNullValue nullValue_ = nvExclude;
+    friend class TQColumnTotalFields;
     QPointer<QMenu> popupMenu_;
     TTotalBox totalBox_ = tbAuto;
     int totalRecNo_ = 1;
@@ -203,6 +204,17 @@ class TQColumnTotalFooter : public TQColumnTotalValue
     Q_OBJECT
 public:
     using TQColumnTotalValue::TQColumnTotalValue;
+};
+
+// The column's cell in the rows of the totals data link's records (dgTotalFields), under the
+// values and above the footer: by default the record's value of the column's own field; a
+// caption or another total otherwise. The calculation passes leave it alone.
+class TQColumnTotalFields : public TQColumnTotalValue
+{
+    Q_OBJECT
+    Q_CLASSINFO("default:TotalResult", "trDataField")
+public:
+    explicit TQColumnTotalFields(TQColumn *column);
 };
 
 // The column's list of total values, one bottom row each.

@@ -179,7 +179,7 @@ void TQColumnReport::RestoreDefaults()
 TQColumn::TQColumn(TCollection *collection)
     : TCollectionItem(collection), title_(new TQColumnTitle(this)), report_(new TQColumnReport(this)),
       totalHeader_(new TQColumnTotalHeader(this)), totalValues_(new TQColumnTotalValues(this)),
-      totalFooter_(new TQColumnTotalFooter(this)),
+      totalFields_(new TQColumnTotalFields(this)), totalFooter_(new TQColumnTotalFooter(this)),
       filterList_(new TStringList(this)), lookupListFields_(new TStringList(this)), pickList_(new TStringList(this)), pickText_(new TStringList(this))
 {
     RegisterSetType<TQListOption>();

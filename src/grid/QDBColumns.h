@@ -207,6 +207,7 @@ class TQColumn : public TCollectionItem
     Q_PROPERTY(qdb::TQColumnReport *Report READ GetReport)
     Q_PROPERTY(qdb::TQColumnTotalHeader *TotalHeader READ GetTotalHeader)
     Q_PROPERTY(qdb::TQColumnTotalValues *TotalValues READ GetTotalValues)
+    Q_PROPERTY(qdb::TQColumnTotalFields *TotalFields READ GetTotalFields)
     Q_PROPERTY(qdb::TQColumnTotalFooter *TotalFooter READ GetTotalFooter)
     Q_PROPERTY(QColor Color READ GetColor WRITE SetColor)
     Q_PROPERTY(qdb::TStrings *FilterList READ GetFilterList)
@@ -372,6 +373,7 @@ public:
     TQColumnReport *GetReport() const { return report_; }
     TQColumnTotalHeader *GetTotalHeader() const { return totalHeader_; }
     TQColumnTotalValues *GetTotalValues() const { return totalValues_; }
+    TQColumnTotalFields *GetTotalFields() const { return totalFields_; }
     TQColumnTotalFooter *GetTotalFooter() const { return totalFooter_; }
     // A change that moves rows or merges title cells (headers, totals sections): the
     // grid's whole layout is made again.
@@ -666,6 +668,7 @@ private:
     TQColumnReport *report_;
     TQColumnTotalHeader *totalHeader_;
     TQColumnTotalValues *totalValues_;
+    TQColumnTotalFields *totalFields_;
     TQColumnTotalFooter *totalFooter_;
     bool fieldSuppliesLookup() const;
 

@@ -386,6 +386,10 @@ public:
     // Bottom rows below the data: the blank filler row and the totals rows.
     int BottomRowCount() const;
     int GetTotalRowCount() const;
+    // The rows of the totals data link's records (dgTotalFields): as many as it holds.
+    int TotalFieldRowCount() const;
+    // Lays the bottom rows out again when that number is no longer the one laid out.
+    void UpdateTotalFieldRows();
     int GetRowHeight() const;
     int GetTitleHeight() const;
     int GetTotalHeight() const;

@@ -122,8 +122,9 @@ void TQCustomDBGrid::InternalLayout()
     if (ex.Contains(dgTotalValues))
         for (TQColumn *c : *d_->columns)
             d_->valueRows = qMax(d_->valueRows, c->GetTotalValues()->Count());
+    d_->fieldRows = TotalFieldRowCount();
     d_->footerRows = ex.Contains(dgTotalFooter) ? 1 : 0;
-    const int totals = d_->headerRows + d_->valueRows + d_->footerRows;
+    const int totals = d_->headerRows + d_->valueRows + d_->fieldRows + d_->footerRows;
     d_->totalsCount = (totals > 0 ? 1 : d_->blankRows) + totals;
 
     const int lineHeight = textHeight(font());
@@ -138,6 +139,7 @@ void TQCustomDBGrid::InternalLayout()
             d_->totalRowHeight = qMax(d_->totalRowHeight, textHeight(c->GetTotalHeader()->GetFont()) + d_->style->TotalRowSpace);
             for (TQColumnTotalValue *v : *c->GetTotalValues())
                 d_->totalRowHeight = qMax(d_->totalRowHeight, textHeight(v->GetFont()) + d_->style->TotalRowSpace);
+            d_->totalRowHeight = qMax(d_->totalRowHeight, textHeight(c->GetTotalFields()->GetFont()) + d_->style->TotalRowSpace);
             d_->totalRowHeight = qMax(d_->totalRowHeight, textHeight(c->GetTotalFooter()->GetFont()) + d_->style->TotalRowSpace);
         }
     }
@@ -210,7 +212,19 @@ int TQCustomDBGrid::BottomRowCount() const { return d_->totalsCount; }
 
 int TQCustomDBGrid::GetTotalRowCount() const
 {
-    return d_->headerRows + d_->valueRows + d_->footerRows;
+    return d_->headerRows + d_->valueRows + d_->fieldRows + d_->footerRows;
+}
+
+void TQCustomDBGrid::UpdateTotalFieldRows()
+{
+    if (TotalFieldRowCount() != d_->fieldRows)
+        LayoutChanged();
+}
+
+int TQCustomDBGrid::TotalFieldRowCount() const
+{
+    const TDataLink *link = d_->totals->DataLink();
+    return d_->optionsEx.Contains(dgTotalFields) && link->Active() ? link->RecordCount() : 0;
 }
 
 int TQCustomDBGrid::GetRowHeight() const

@@ -337,6 +337,9 @@ TQColumnTotalValue *TQCustomDBGrid::TotalAt(TQColumn *column, int row) const
     if (k < d_->valueRows)
         return k < column->GetTotalValues()->Count() ? column->GetTotalValues()->Items(k) : nullptr;
     k -= d_->valueRows;
+    if (k < d_->fieldRows)
+        return column->GetTotalFields();
+    k -= d_->fieldRows;
     return k < d_->footerRows ? column->GetTotalFooter() : nullptr;
 }
 

@@ -69,6 +69,7 @@ struct TQCustomDBGrid::Private
     int blankRows = 1;
     int headerRows = 0;
     int valueRows = 0;
+    int fieldRows = 0; // the totals data link's records, with dgTotalFields
     int footerRows = 0;
     int totalsCount = 1;
     int titleRows = 1;

@@ -11,6 +11,7 @@ namespace qdb {
 void TQTotalDataLink::ActiveChanged()
 {
     changed();
+    grid_->UpdateTotalFieldRows();
     grid_->UpdateTotals(true);
 }
 
@@ -20,6 +21,7 @@ void TQTotalDataLink::DataSetChanged()
     // calculation. The order counts too: first and last values follow it.
     if (changed())
         grid_->UpdateTotals(true);
+    grid_->UpdateTotalFieldRows(); // emptied or filled
     if (grid_->Totals()->ShowsRecordValues())
         grid_->InvalidateGrid();
 }
@@ -80,6 +82,8 @@ bool TQDBGridTotals::ShowsRecordValues() const
 {
     if (!RowsShown())
         return false;
+    if (grid_->TotalFieldRowCount() > 0) // the record's own fields
+        return true;
     bool any = false;
     ForEach([&any](TQColumnTotalValue *total, Section, int) {
         any = any || total->GetTotalResult() == trDataField || total->GetTotalResult() == trTotalField;
@@ -90,7 +94,8 @@ bool TQDBGridTotals::ShowsRecordValues() const
 bool TQDBGridTotals::RowsShown() const
 {
     const TQDBGridOptionsEx ex = grid_->GetOptionsEx();
-    return ex.Contains(dgTotalHeader) || ex.Contains(dgTotalValues) || ex.Contains(dgTotalFooter);
+    return ex.Contains(dgTotalHeader) || ex.Contains(dgTotalValues) || ex.Contains(dgTotalFields)
+        || ex.Contains(dgTotalFooter);
 }
 
 bool TQDBGridTotals::TakesPart(Section section, bool selected) const

@@ -9,8 +9,10 @@
 #include "platform/db/DataSource.h"
 #include "platform/db/MemTable.h"
 #include "platform/rtl/Exceptions.h"
+#include "platform/rtl/Streaming.h"
 
 #include <QApplication>
+#include <QJsonObject>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -315,4 +317,38 @@ TEST_F(Totals, DisplayNamesSayWhatASectionShows)
     EXPECT_EQ(t->DisplayName(), "<Empty>");
     t->SetTotalResult(trNone);
     EXPECT_EQ(t->DisplayName(), "<None>");
+}
+
+// With dgTotalFields a row under the values shows the current record's fields: it follows the
+// cursor, goes while the table is empty and comes back with a record.
+TEST_F(Totals, TheFieldsRowShowsTheCurrentRecord)
+{
+    total("qty", cvSum);
+    grid.SetOptionsEx(grid.GetOptionsEx() + dgTotalFields);
+    TQColumn *name = column("name");
+    TQColumnTotalFields *fields = name->GetTotalFields();
+    EXPECT_EQ(grid.GetTotalRowCount(), 3);
+    EXPECT_EQ(grid.TotalAt(column("qty"), grid.RowCount() - 3), column("qty")->GetTotalValues()->Items(0));
+    EXPECT_EQ(grid.TotalAt(name, grid.RowCount() - 2), fields);
+    EXPECT_EQ(grid.TotalAt(name, grid.RowCount() - 1), name->GetTotalFooter());
+    EXPECT_EQ(grid.TotalText(fields), QStringLiteral("a"));
+    table.Last();
+    EXPECT_EQ(grid.TotalText(fields), QStringLiteral("b"));
+    EXPECT_EQ(grid.TotalText(column("qty")->GetTotalFields()), QStringLiteral("20"));
+
+    while (!table.IsEmpty())
+        table.Delete();
+    EXPECT_EQ(grid.GetTotalRowCount(), 2);
+    add(4, 1, 1.0, "c");
+    EXPECT_EQ(grid.GetTotalRowCount(), 3);
+    EXPECT_EQ(grid.TotalText(fields), QStringLiteral("c"));
+
+    // The section is a total like the others: a caption of its own, written with the column
+    // only where it differs from showing the field.
+    EXPECT_FALSE(WriteComponent(name).value(QStringLiteral("TotalFields")).toObject().contains(QStringLiteral("TotalResult")));
+    fields->SetTotalResult(trCaption);
+    fields->SetCaption(QStringLiteral("now"));
+    EXPECT_EQ(grid.TotalText(fields), QStringLiteral("now"));
+    grid.SetOptionsEx(grid.GetOptionsEx() - dgTotalFields);
+    EXPECT_EQ(grid.GetTotalRowCount(), 2);
 }
