@@ -130,6 +130,9 @@ void ExplorerWindow::OpenDatabase(const QString &address, const QString &firstTa
     table_.Close();
     connection_.Close();
     connection_.SetConnectionString(address);
+    // SQLite would make an empty file of a name mistyped.
+    if (connection_.Dialect() == TSQLDialect::SQLite && !QFileInfo::exists(connection_.DatabaseName()))
+        throw Exception(tr("The database %1 does not exist").arg(address));
     connection_.Open();
     address_ = address;
     location_->setText(address.startsWith(QLatin1String("postgres")) ? QUrl(address).toDisplayString(QUrl::RemovePassword)
@@ -222,8 +225,6 @@ void ExplorerWindow::chooseFile()
 bool ExplorerWindow::TryOpenDatabase(const QString &address, const QString &firstTable)
 {
     try {
-        if (!address.startsWith(QLatin1String("postgres")) && !QFileInfo::exists(address))
-            throw Exception(tr("The database %1 does not exist").arg(address));
         OpenDatabase(address, firstTable);
         return true;
     } catch (const Exception &e) {

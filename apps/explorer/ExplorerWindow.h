@@ -29,8 +29,8 @@ public:
     explicit ExplorerWindow(QWidget *parent = nullptr);
     ~ExplorerWindow() override;
 
-    // Connects to an SQLite file or a postgresql:// address (throws the database's error)
-    // and shows firstTable, or the first table of the list.
+    // Connects to an SQLite file that exists or a postgresql:// address (throws the
+    // database's error) and shows firstTable, or the first table of the list.
     void OpenDatabase(const QString &address, const QString &firstTable = {});
     // The same, but what keeps the database from opening (no such file, a damaged one) is
     // told to the user and the window is left on no database: false.

@@ -56,8 +56,6 @@ int main(int argc, char *argv[])
         return app.exec();
     }
     try {
-        if (!database.startsWith(QLatin1String("postgres")) && !QFileInfo::exists(database))
-            throw qdb::Exception(QStringLiteral("The database %1 does not exist").arg(database));
         window.OpenDatabase(database, parser.value(table));
     } catch (const qdb::Exception &e) {
         std::fprintf(stderr, "explorer: %s\n", qPrintable(e.Message()));

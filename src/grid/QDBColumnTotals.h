@@ -1,8 +1,8 @@
 #pragma once
 
 // A column's totals sections: a header total above the list of total values, the fields of
-// the current record below them and a footer total at the bottom. They are what the grid's bottom rows show; the calculation over the
-// records fills their values.
+// the current record below them and a footer total at the bottom. They are what the grid's
+// bottom rows show; the calculation over the records fills their values.
 
 #include "QDBGridTypes.h"
 

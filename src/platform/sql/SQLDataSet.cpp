@@ -16,13 +16,13 @@
 #include <QIODevice>
 #include <QMetaObject>
 #include <QRegularExpression>
-#include <QVarLengthArray>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlField>
 #include <QSqlIndex>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QVarLengthArray>
 
 namespace qdb {
 

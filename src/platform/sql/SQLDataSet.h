@@ -36,9 +36,9 @@ private:
 // Records are identified by key: KeyFields, or the table's primary key, or SQLite's rowid.
 // Bookmarks hold the key values, so they find their record again after inserts, deletes,
 // refreshes, filters and new orders; a data set without a key has bookmarks that last until
-// its rows are read again, and says so when one is used after that. A Filter becomes a WHERE clause with bound values around the query, its ORDER BY
-// kept outside. Posting writes UPDATE, INSERT or DELETE by key; the record is read back so
-// that defaults and triggers show.
+// its rows are read again, and says so when one is used after that. A Filter becomes a WHERE
+// clause with bound values around the query, its ORDER BY kept outside. Posting writes
+// UPDATE, INSERT or DELETE by key; the record is read back so that defaults and triggers show.
 class TCustomSQLDataSet : public TDataSet
 {
     Q_OBJECT
