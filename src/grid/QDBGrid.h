@@ -63,6 +63,9 @@ class TQGridDataLink : public TDataLink
 public:
     explicit TQGridDataLink(TQCustomDBGrid *grid) : grid_(grid) {}
 
+    // The map's limit, checked on its own: no test can hold that many entries.
+    static constexpr qsizetype MaxMappings = 0x0FFFFFFF;
+    static void CheckMappingRoom(qsizetype count);
     void AddMapping(const QString &fieldName);
     void ClearMapping();
     int GetMappedIndex(int i) const { return i >= 0 && i < map_.size() ? map_[i] : -1; }

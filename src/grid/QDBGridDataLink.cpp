@@ -93,11 +93,15 @@ void TQGridDataLink::Reset()
         Cancel();
 }
 
+void TQGridDataLink::CheckMappingRoom(qsizetype count)
+{
+    if (count >= MaxMappings)
+        throw EInvalidGridOperation(DBConsts::STooManyColumns());
+}
+
 void TQGridDataLink::AddMapping(const QString &fieldName)
 {
-    constexpr int maxColumns = 0x0FFFFFFF;
-    if (map_.size() >= maxColumns)
-        throw EInvalidGridOperation(DBConsts::STooManyColumns());
+    CheckMappingRoom(map_.size());
     TDataSet *ds = DataSet();
     TField *field = nullptr;
     if (ds)

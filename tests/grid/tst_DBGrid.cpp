@@ -415,6 +415,17 @@ TEST_F(DBGrid, ColumnsOfMissingFieldsStayEmpty)
     EXPECT_TRUE(grid.drawn.contains({goneCol, 1}));
 }
 
+TEST(DBGridSetup, TheFieldMapStopsOneShortOfItsLimit)
+{
+    EXPECT_NO_THROW(TQGridDataLink::CheckMappingRoom(TQGridDataLink::MaxMappings - 1));
+    try {
+        TQGridDataLink::CheckMappingRoom(TQGridDataLink::MaxMappings);
+        ADD_FAILURE() << "no error at the limit";
+    } catch (const EInvalidGridOperation &e) {
+        EXPECT_EQ(e.Message(), DBConsts::STooManyColumns());
+    }
+}
+
 TEST_F(DBGrid, ColumnFilesRestoreColumnsAndOrder)
 {
     QTemporaryDir dir;
