@@ -303,7 +303,7 @@ void TQDBGridFilterForm::ListButtonClick(int which)
         auto *calendar = new TQDBPopupCalendar(values);
         TDateTime date = 0;
         calendar->SetDate(TryStrToDateTime(values->currentText(), date) ? date : Date());
-        calendar->OnCloseUp = [this, calendar, values](bool accept) {
+        calendar->OnCloseUp = [calendar, values](bool accept) {
             if (accept)
                 values->setEditText(DateToStr(calendar->GetDate()));
             calendar->deleteLater();

@@ -59,6 +59,9 @@ void TQDBGridColumns::ApplySettings(const TStrings &layout)
     if (saved <= 0)
         saved = current;
     const int count = StrToIntDef(layout.Values(QStringLiteral("Columns")), 0);
+    // A width given to a column the grid made goes to its field, whose change of layout
+    // would make the columns again under our hands: it waits until all lines are read.
+    const ControlsDisabler waitForLayout(grid_ ? grid_->DataLink()->DataSet() : nullptr);
     CollectionUpdateGuard update(*this);
     for (int i = 1; i <= count; ++i) {
         QString line = layout.Values(QStringLiteral("Column") + QString::number(i));

@@ -785,6 +785,14 @@ void TObjectField::RemoveField(TField *child)
         DataSet()->rebuildFieldList();
 }
 
+QString TObjectField::AsString() const
+{
+    QStringList parts;
+    for (TField *child : children_)
+        parts << child->AsString();
+    return QLatin1Char('(') + parts.join(QStringLiteral(", ")) + QLatin1Char(')');
+}
+
 QString TObjectField::GetText(bool displayText) const
 {
     if (OnGetText)

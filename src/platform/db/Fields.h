@@ -556,6 +556,8 @@ public:
     explicit TObjectField(QObject *parent = nullptr) : TObjectField(ftADT, parent) {}
     ~TObjectField() override;
     const QList<TField *> &Fields() const { return children_; }
+    // The children's values, "(a, b)": the value itself is a list no text stands for.
+    QString AsString() const override;
     void AddField(TField *child);
     void RemoveField(TField *child);
 

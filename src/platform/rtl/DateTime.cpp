@@ -21,6 +21,9 @@ struct Split
 
 Split split(TDateTime dt)
 {
+    // Beyond any calendar: no day to tell, and no integer to hold it.
+    if (!std::isfinite(dt) || std::fabs(dt) > 1e12)
+        dt = 0;
     double whole = std::trunc(dt);
     qint64 days = static_cast<qint64>(whole);
     qint64 msecs = std::llround(std::fabs(dt - whole) * double(MSecsPerDay));

@@ -52,19 +52,43 @@ private:
 
     QChar at(qsizetype i) const { return i < format_.size() ? format_[i] : QChar(); }
 
+    // Widths, precisions and indexes past this are taken for a broken pattern rather than
+    // for text of gigabytes.
+    static constexpr int MaxNumber = 0xFFFF;
+
+    // Digits from i on; -1 when there are none.
+    int digits(qsizetype &i) const
+    {
+        int n = -1;
+        while (at(i).isDigit()) {
+            n = (n < 0 ? 0 : n * 10) + at(i).digitValue();
+            if (n > MaxNumber)
+                invalid();
+            ++i;
+        }
+        return n;
+    }
+
+    // An integer argument in place of a "*".
+    int starArg()
+    {
+        const Variant &v = nextArg();
+        if (!isInteger(v))
+            invalid();
+        const qint64 n = v.ToInt64();
+        if (n > MaxNumber || n < -MaxNumber)
+            invalid();
+        return int(n);
+    }
+
     // A number or "*"; -1 when neither is there.
     int number(qsizetype &i)
     {
         if (at(i) == QLatin1Char('*')) {
             ++i;
-            return nextArg().ToInt();
+            return starArg();
         }
-        int n = -1;
-        while (at(i).isDigit()) {
-            n = (n < 0 ? 0 : n * 10) + at(i).digitValue();
-            ++i;
-        }
-        return n;
+        return digits(i);
     }
 
     const Variant &nextArg()
@@ -78,16 +102,12 @@ private:
     {
         // Optional "index:" prefix; the digits may also be a width, which we learn at the ':'.
         qsizetype j = i;
-        int n = -1;
-        while (at(j).isDigit()) {
-            n = (n < 0 ? 0 : n * 10) + at(j).digitValue();
-            ++j;
-        }
+        const int n = digits(j);
         if (n >= 0 && at(j) == QLatin1Char(':')) {
             argIndex_ = n;
             i = j + 1;
         } else if (at(i) == QLatin1Char('*') && at(i + 1) == QLatin1Char(':')) {
-            argIndex_ = nextArg().ToInt();
+            argIndex_ = starArg();
             i += 2;
         }
         const bool left = at(i) == QLatin1Char('-');

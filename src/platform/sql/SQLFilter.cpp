@@ -66,11 +66,17 @@ private:
         return QStringLiteral("?");
     }
 
-    // Text compared without case folds both sides.
+    // Text compared without case folds both sides; SQLite's own LOWER knows only ASCII, so
+    // there the fold is the data sets' own function.
+    QString fold(const QString &s) const
+    {
+        return (dialect_ == TSQLDialect::SQLite ? QStringLiteral("qdb_fold(%1)") : QStringLiteral("LOWER(%1)")).arg(s);
+    }
+
     QString text(const FilterNode &n, const TField *typedLike)
     {
         const QString s = operand(n, typedLike);
-        return caseInsensitive_ && isText(n) ? QStringLiteral("LOWER(%1)").arg(s) : s;
+        return caseInsensitive_ && isText(n) ? fold(s) : s;
     }
 
     QString compare(const FilterNode &n)
@@ -86,7 +92,12 @@ private:
         }
         static const char *const ops[] = {"=", "<>", "<", "<=", ">", ">="};
         const QString left = text(l, field);
-        return QStringLiteral("(%1 %2 %3)").arg(left, QLatin1String(ops[n.compareOp]), text(r, field));
+        QString right = text(r, field);
+        // Text is ordered by its characters' codes, as in memory, whatever the column's
+        // collation would say ("a" < "B" under most locales).
+        if (dialect_ == TSQLDialect::PostgreSQL && n.compareOp >= FilterNode::Lt && (isText(l) || isText(r)))
+            right += QStringLiteral(" COLLATE \"C\"");
+        return QStringLiteral("(%1 %2 %3)").arg(left, QLatin1String(ops[n.compareOp]), right);
     }
 
     QString escapeLike(QString s) const
@@ -122,19 +133,22 @@ private:
     {
         const QString no = negated ? QStringLiteral("NOT ") : QString();
         if (dialect_ == TSQLDialect::SQLite && !caseInsensitive_) {
-            params << likeToGlob(pattern, escaped);
+            addText(likeToGlob(pattern, escaped));
             return QStringLiteral("(%1 %2GLOB ?)").arg(left, no);
         }
-        params << pattern;
+        addText(pattern);
         const QString escape = escaped ? QStringLiteral(" ESCAPE '\\'") : QString();
         if (dialect_ == TSQLDialect::PostgreSQL)
             return QStringLiteral("(%1 %2%3 ?%4)")
                 .arg(left, no, caseInsensitive_ ? QStringLiteral("ILIKE") : QStringLiteral("LIKE"),
                      escaped ? escape : QStringLiteral(" ESCAPE ''"));
         if (caseInsensitive_)
-            return QStringLiteral("(LOWER(%1) %2LIKE LOWER(?)%3)").arg(left, no, escape);
+            return QStringLiteral("(%1 %2LIKE %3%4)").arg(fold(left), no, fold(QStringLiteral("?")), escape);
         return QStringLiteral("(%1 %2LIKE ?%3)").arg(left, no, escape);
     }
+
+    // Qt's drivers bind a null QString as NULL: an empty pattern must stay text.
+    void addText(const QString &s) { params << QVariant(s.isNull() ? QStringLiteral("") : s); }
 
     static QString likeToGlob(const QString &pattern, bool escaped)
     {

@@ -59,6 +59,13 @@ TEST(Format, BadFormatsRaise)
     EXPECT_THROW(Format("%3:s", {QStringLiteral("a")}), EConvertError);
     EXPECT_THROW(Format("%", {1}), EConvertError);
     EXPECT_THROW(Format("%q", {1}), EConvertError);
+    // Found by fuzzing: a "*" fed text, and numbers that would overflow or ask for gigabytes.
+    EXPECT_THROW(Format("%*.*f", {-7.5, QStringLiteral("x"), 1.0}), EConvertError);
+    EXPECT_THROW(Format("%*:d", {QStringLiteral("x"), 1}), EConvertError);
+    EXPECT_THROW(Format("%99999999999d", {1}), EConvertError);
+    EXPECT_THROW(Format("%.2147483647f", {1.0}), EConvertError);
+    EXPECT_THROW(Format("%*s", {1 << 30, QStringLiteral("x")}), EConvertError);
+    EXPECT_EQ(Format("%*d|%-*d", {4, 7, 3, 5}), QStringLiteral("   7|5  "));
 }
 
 TEST(Format, FloatsUseTheDecimalSeparator)
