@@ -47,3 +47,7 @@ ASAN_OPTIONS="detect_leaks=1:abort_on_error=1:strict_string_checks=1:detect_stac
 LSAN_OPTIONS="suppressions=$PWD/scripts/lsan.supp:print_suppressions=0" \
 UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1" \
   suite sanitize -DCMAKE_BUILD_TYPE=Debug -DQDB_SANITIZE=ON
+
+# Each fuzz target for a short while in a clang build of its own (skipped without clang);
+# scripts/fuzz.sh 600 is the long run.
+scripts/fuzz.sh 30
