@@ -19,9 +19,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     TMemTable table;
     try {
         table.LoadFromJson(fuzz::Bytes(data, size));
-    } catch (const EDatabaseError &) {
+    } catch (const EDatabaseError &e) {
         if (table.Active() || table.FieldCount() > 0) {
-            std::fprintf(stderr, "a refused file changed the table\n");
+            std::fprintf(stderr, "a refused file changed the table (%s)\n", qPrintable(e.Message()));
             std::abort();
         }
         return 0;

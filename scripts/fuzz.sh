@@ -37,7 +37,7 @@ run() {
   mkdir -p "$dir/corpus"
   local inputs=("$dir/corpus" "fuzz/corpus/$target")
   [ -d "fuzz/regressions/$target" ] && inputs+=("fuzz/regressions/$target")
-  if "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
+  if "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -seed="${QDB_FUZZ_SEED:-1}" -timeout=10 -rss_limit_mb=2048 \
       -print_final_stats=1 -artifact_prefix="$dir/" "${inputs[@]}" >"$dir/log" 2>&1; then
     echo "fuzz $target: $(grep -o 'Done [0-9]* runs in [0-9]* second(s)' "$dir/log" | tail -1), \
 $(grep -o 'cov: [0-9]*' "$dir/log" | tail -1 | cut -d' ' -f2) edges, corpus $(ls "$dir/corpus" | wc -l) inputs"

@@ -11,6 +11,7 @@
 #include <QJsonObject>
 #include <QMetaEnum>
 #include <QSaveFile>
+#include <QSet>
 
 #include <cmath>
 
@@ -56,7 +57,8 @@ Variant decode(const QJsonValue &json, const TFieldDef &def, const QString &sour
             bad();
         return json.toBool();
     case VarType::Integer:
-        if (json.isDouble() && json.toDouble() == std::trunc(json.toDouble()))
+        // Whole numbers within 2^63; larger ones are written as text.
+        if (json.isDouble() && json.toDouble() == std::trunc(json.toDouble()) && std::fabs(json.toDouble()) < 0x1p63)
             return qint64(json.toDouble());
         if (json.isString()) {
             bool ok = false;
@@ -227,6 +229,14 @@ void TMemTable::LoadFromJson(const QByteArray &json)
     QList<TFieldDef> defs;
     for (const QJsonValue &f : root[QStringLiteral("fields")].toArray())
         defs.append(fieldDefFromJson(f, source));
+    // The table would refuse these only once it had let its own fields go.
+    QSet<QString> names;
+    for (const TFieldDef &def : defs) {
+        const QString name = def.Name.toCaseFolded();
+        if (name.isEmpty() || names.contains(name))
+            corrupt(source, QStringLiteral("a field name is empty or given twice"));
+        names.insert(name);
+    }
     QList<TFieldDef> flat;
     flatten(defs, flat);
     QList<TFieldDef> dataDefs;
@@ -253,17 +263,39 @@ void TMemTable::LoadFromJson(const QByteArray &json)
     }
 
     const bool keepFields = FieldList().Count() > 0 && !DefaultFields();
+    const bool wasActive = Active();
     Close();
-    if (!keepFields) {
-        FieldDefs().Clear();
-        for (const TFieldDef &def : defs)
-            FieldDefs().Add(def.Name, def.DataType, def.Size, def.Required) = def;
+    // Opening may still refuse what was read (a type no field stands for, an index given
+    // twice): the table then gets back what it had.
+    const TFieldDefs oldDefs = FieldDefs();
+    const TIndexDefs oldIndexes = indexDefs_;
+    auto oldColumns = std::move(columns_);
+    auto oldLive = std::move(live_);
+    const auto oldLiveCount = liveCount_;
+    try {
+        if (!keepFields) {
+            FieldDefs().Clear();
+            for (const TFieldDef &def : defs)
+                FieldDefs().Add(def.Name, def.DataType, def.Size, def.Required) = def;
+        }
+        indexDefs_ = indexes;
+        columns_ = std::move(columns);
+        live_.assign(records.size(), true);
+        liveCount_ = records.size();
+        Open();
+    } catch (const Exception &e) {
+        Close();
+        if (!keepFields)
+            DestroyFields(); // made by the open that failed
+        FieldDefs() = oldDefs;
+        indexDefs_ = oldIndexes;
+        columns_ = std::move(oldColumns);
+        live_ = std::move(oldLive);
+        liveCount_ = oldLiveCount;
+        if (wasActive)
+            Open();
+        corrupt(source, e.Message());
     }
-    indexDefs_ = indexes;
-    columns_ = std::move(columns);
-    live_.assign(records.size(), true);
-    liveCount_ = records.size();
-    Open();
 }
 
 void TMemTable::SaveToFile(const QString &fileName) const
