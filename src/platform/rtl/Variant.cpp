@@ -366,9 +366,16 @@ QVariant Variant::ToQVariant() const
     case VarType::Integer: return std::get<qint64>(v_);
     case VarType::Double: return std::get<double>(v_);
     case VarType::Currency: return std::get<Currency>(v_).ToDouble();
-    case VarType::String: return std::get<QString>(v_);
+    // Qt's drivers bind a null QString or QByteArray as SQL NULL: empty text is not NULL.
+    case VarType::String: {
+        const QString &s = std::get<QString>(v_);
+        return s.isNull() ? QVariant(QStringLiteral("")) : QVariant(s);
+    }
     case VarType::DateTime: return DateTimeToQDateTime(std::get<DateTimeValue>(v_).value);
-    case VarType::Bytes: return std::get<QByteArray>(v_);
+    case VarType::Bytes: {
+        const QByteArray &b = std::get<QByteArray>(v_);
+        return b.isNull() ? QVariant(QByteArray("", 0)) : QVariant(b);
+    }
     case VarType::Array: {
         QVariantList list;
         for (const Variant &item : std::get<Array>(v_))

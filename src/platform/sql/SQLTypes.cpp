@@ -277,7 +277,7 @@ QVariant ToDatabase(const Variant &value, const TField *field, TSQLDialect diale
                 + t.toString(t.msec() ? QStringLiteral("HH:mm:ss.zzz") : QStringLiteral("HH:mm:ss"));
         }
     }
-    case VarType::Bytes: return value.ToBytes();
+    case VarType::Bytes: return Variant(value.ToBytes()).ToQVariant();
     default: return value.ToQVariant();
     }
 }
