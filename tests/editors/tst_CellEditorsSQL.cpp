@@ -29,13 +29,12 @@ namespace {
 const char *const Companies[] = {"Acme",         "acme two", "ACME three", "Globex",  "Globo Gym", "\xc3\x84pfel AG",
                                  "\xc3\xa4hnlich", "50% Off",  "5_Star",     "Initech", "Umbrella",  "umbra"};
 
-class CellEditorsSQL : public testing::TestWithParam<Backend>
+class CellEditorsSQL : public SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("editors")))
+        if (!OpenDatabase(QStringLiteral("editors")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         connection.ExecSQL(QStringLiteral("CREATE TABLE customers (custno INTEGER PRIMARY KEY, company VARCHAR(40))"));
         connection.ExecSQL(QStringLiteral("CREATE TABLE orders (orderno INTEGER PRIMARY KEY, custno INTEGER, "
@@ -76,8 +75,7 @@ protected:
         grid.SetDataSource(nullptr);
         orders.Close();
         customers.Close();
-        connection.Close();
-        db.Drop();
+        SQLTableTest::TearDown();
     }
     void select(const char *name)
     {
@@ -86,8 +84,6 @@ protected:
     TQDBGridEditor *editor() { return qobject_cast<TQDBGridEditor *>(grid.InplaceEditor()); }
     QString stored(const QString &sql) { return connection.ExecScalar(sql).ToString(); }
 
-    TestDatabase db;
-    TSQLConnection connection;
     TSQLTable customers;
     TSQLTable orders;
     TDataSource source;

@@ -139,22 +139,20 @@ private:
     QRandomGenerator64 rnd_;
 };
 
-class FilterDifferential : public testing::TestWithParam<Backend>
+class FilterDifferential : public SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("differential")))
+        if (!OpenDatabase(QStringLiteral("differential")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-        const bool pg = GetParam() == Backend::PostgreSQL;
         QStringList declared{QStringLiteral("id INTEGER PRIMARY KEY")};
         memory.FieldDefs().Add(QStringLiteral("id"), ftInteger);
         for (const Column &c : Columns) {
             QString sql = QString::fromLatin1(c.sql);
             if (c.kind == Kind::Float)
-                sql = sql.arg(pg ? QStringLiteral("DOUBLE PRECISION") : QStringLiteral("REAL"));
-            if (c.kind == Kind::Text && pg && linguisticCollation())
+                sql = sql.arg(FloatType());
+            if (c.kind == Kind::Text && pg() && linguisticCollation())
                 sql += QStringLiteral(" COLLATE \"en-x-icu\""); // ordered as most servers order text
             declared << sql;
             QString field = QString::fromLatin1(c.name);
@@ -181,8 +179,8 @@ protected:
             QList<Variant> stored = values;
             if (!stored[4].IsNull())
                 stored[4] = day.toString(Qt::ISODate);
-            if (!pg && !stored[5].IsNull())
-                stored[5] = stored[5].ToBool() ? 1 : 0;
+            if (!stored[5].IsNull())
+                stored[5] = Flag(stored[5].ToBool());
             connection.ExecSQL(QStringLiteral("INSERT INTO t VALUES (?, ?, ?, ?, ?, ?)"), stored);
         }
         connection.Commit();
@@ -195,13 +193,6 @@ protected:
     {
         return connection.ExecScalar(QStringLiteral("SELECT count(*) FROM pg_collation WHERE collname = 'en-x-icu'")).ToInt64() > 0;
     }
-    void TearDown() override
-    {
-        table.Close();
-        connection.Close();
-        db.Drop();
-    }
-
     // The ids of the records the data set accepts under the filter; the error's text when
     // it refuses the filter.
     static std::set<int> accepted(TDataSet &ds, const QString &filter, TFilterOptions options, QString &error)
@@ -220,9 +211,6 @@ protected:
         return ids;
     }
 
-    TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
     TMemTable memory;
 };
 

@@ -32,41 +32,25 @@ namespace {
 const char *const Names[] = {"apple", "APPLE", "Apple ", " apple", "", "\xc3\x84pfel", "\xc3\xa4pfel", "pear", "50%"};
 constexpr double Prices[] = {0.1 + 0.2, 0.3, 1.5, -2.25, 1e-7, 100.0, 0.30000000000000004, 2.675};
 
-class FilterSQL : public testing::TestWithParam<Backend>
+class FilterSQL : public SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("filter")))
+        if (!OpenDatabase(QStringLiteral("filter")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-        pg = GetParam() == Backend::PostgreSQL;
-        connection.ExecSQL(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, qty INTEGER, price %1, "
-                                          "amount NUMERIC(12,2), name VARCHAR(20), day DATE, stamp %2, flag BOOLEAN)")
-                               .arg(pg ? QStringLiteral("DOUBLE PRECISION") : QStringLiteral("REAL"),
-                                    pg ? QStringLiteral("TIMESTAMP") : QStringLiteral("DATETIME")));
-        connection.StartTransaction();
-        for (int id = 1; id <= 48; ++id) {
-            auto orNull = [id](int every, Variant v) {
-                if (id % every == 0)
-                    v = Variant::Null();
-                return v;
-            };
-            const QDateTime stamp(QDate(2024, 3, 1 + id % 3), QTime(id % 2 * 10, id % 4, 0, id % 5 == 0 ? 500 : 0));
-            connection.ExecSQL(
-                QStringLiteral("INSERT INTO t VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
-                {id, orNull(7, id % 6 - 2), orNull(11, Prices[id % 8]),
-                 orNull(5, QStringLiteral("%1.%2").arg(id % 4).arg(id % 3 * 25, 2, 10, QLatin1Char('0'))),
-                 orNull(13, QString::fromUtf8(Names[id % 9])),
-                 orNull(8, QDate(2024, 1, 1).addDays(id % 4).toString(Qt::ISODate)),
-                 orNull(9, stamp.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"))),
-                 orNull(3, pg ? Variant(id % 2 == 0) : Variant(id % 2))});
-        }
-        connection.Commit();
-        table.SetConnection(&connection);
-        table.SetTableName(QStringLiteral("t"));
-        table.SetIndexFieldNames(QStringLiteral("id"));
-        table.Open();
+        FillTable(QStringLiteral("qty INTEGER, price %1, amount NUMERIC(12,2), name VARCHAR(20), day DATE, stamp %2, flag BOOLEAN")
+                      .arg(FloatType(), pg() ? QStringLiteral("TIMESTAMP") : QStringLiteral("DATETIME")),
+                  48, [this](int id) {
+                      const QDateTime stamp(QDate(2024, 3, 1 + id % 3), QTime(id % 2 * 10, id % 4, 0, id % 5 == 0 ? 500 : 0));
+                      return QList<Variant>{
+                          NullEvery(id, 7, id % 6 - 2), NullEvery(id, 11, Prices[id % 8]),
+                          NullEvery(id, 5, QStringLiteral("%1.%2").arg(id % 4).arg(id % 3 * 25, 2, 10, QLatin1Char('0'))),
+                          NullEvery(id, 13, QString::fromUtf8(Names[id % 9])),
+                          NullEvery(id, 8, QDate(2024, 1, 1).addDays(id % 4).toString(Qt::ISODate)),
+                          NullEvery(id, 9, stamp.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"))),
+                          NullEvery(id, 3, Flag(id % 2 == 0))};
+                  });
         source.SetDataSet(&table);
         grid.SetKeyFields(QStringLiteral("id"));
         grid.SetDataSource(&source);
@@ -74,9 +58,7 @@ protected:
     void TearDown() override
     {
         grid.SetDataSource(nullptr);
-        table.Close();
-        connection.Close();
-        db.Drop();
+        SQLTableTest::TearDown();
     }
     TQColumn *column(const QString &field) { return grid.GetColumns()->FindColumn(field); }
     QList<int> ids()
@@ -163,12 +145,8 @@ protected:
     }
     TQColumn *column(const char *field) { return column(QString::fromLatin1(field)); }
 
-    TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
     TDataSource source;
     CountingGrid grid;
-    bool pg = false;
 };
 
 // The texts the field shows for these values, as a user would tick them.

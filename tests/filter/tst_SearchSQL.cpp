@@ -36,36 +36,21 @@ const char *const Names[] = {
 };
 constexpr int NameCount = int(std::size(Names));
 
-class SearchSQL : public testing::TestWithParam<Backend>
+class SearchSQL : public SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("search")))
+        if (!OpenDatabase(QStringLiteral("search")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-        pg = GetParam() == Backend::PostgreSQL;
-        connection.ExecSQL(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, name VARCHAR(40), note TEXT, qty INTEGER, "
-                                          "price %1, day DATE, flag BOOLEAN)")
-                               .arg(pg ? QStringLiteral("DOUBLE PRECISION") : QStringLiteral("REAL")));
-        connection.StartTransaction();
-        for (int id = 1; id <= 60; ++id) {
-            auto orNull = [id](int every, Variant v) {
-                if (id % every == 0)
-                    v = Variant::Null();
-                return v;
-            };
-            connection.ExecSQL(QStringLiteral("INSERT INTO t VALUES (?, ?, ?, ?, ?, ?, ?)"),
-                               {id, orNull(17, QString::fromUtf8(Names[id % NameCount])),
-                                orNull(7, QString::fromUtf8(Names[(id * 7) % NameCount]) + QStringLiteral(" %1").arg(id)),
-                                orNull(5, id % 9 - 3), orNull(6, id * 1.25), orNull(8, QDate(2024, 1, 1).addDays(id).toString(Qt::ISODate)),
-                                orNull(4, pg ? Variant(id % 3 == 0) : Variant(id % 3 == 0 ? 1 : 0))});
-        }
-        connection.Commit();
-        table.SetConnection(&connection);
-        table.SetTableName(QStringLiteral("t"));
-        table.SetIndexFieldNames(QStringLiteral("id"));
-        table.Open();
+        FillTable(QStringLiteral("name VARCHAR(40), note TEXT, qty INTEGER, price %1, day DATE, flag BOOLEAN").arg(FloatType()),
+                  60, [this](int id) {
+                      return QList<Variant>{NullEvery(id, 17, QString::fromUtf8(Names[id % NameCount])),
+                                            NullEvery(id, 7, QString::fromUtf8(Names[(id * 7) % NameCount]) + QStringLiteral(" %1").arg(id)),
+                                            NullEvery(id, 5, id % 9 - 3), NullEvery(id, 6, id * 1.25),
+                                            NullEvery(id, 8, QDate(2024, 1, 1).addDays(id).toString(Qt::ISODate)),
+                                            NullEvery(id, 4, Flag(id % 3 == 0))};
+                  });
         copyRows();
         sqlSource.SetDataSet(&table);
         sqlGrid.SetDataSource(&sqlSource);
@@ -74,9 +59,7 @@ protected:
     void TearDown() override
     {
         sqlGrid.SetDataSource(nullptr);
-        table.Close();
-        connection.Close();
-        db.Drop();
+        SQLTableTest::TearDown();
     }
 
     // The same records in memory, in the table's order, walked by the grid's own test.
@@ -146,7 +129,7 @@ protected:
         }
         const QList<int> kept = ids(*copy);
         EXPECT_EQ(ids(table), kept);
-        if (!pg && described) { // SQLite tests the rule itself: no record needs the grid's word
+        if (!pg() && described) { // SQLite tests the rule itself: no record needs the grid's word
             EXPECT_EQ(table.RecordCount(), kept.size());
             EXPECT_EQ(sqlGrid.asked, 0);
         }
@@ -156,14 +139,10 @@ protected:
         }
     }
 
-    TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
     std::unique_ptr<TMemTable> copy;
     TDataSource sqlSource, memSource;
     CountingGrid sqlGrid;
     TQDBGrid memGrid;
-    bool pg = false;
 };
 
 } // namespace

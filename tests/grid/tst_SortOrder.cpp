@@ -304,13 +304,12 @@ TEST_F(SortOrder, WithoutAHandlerTheApplicationIsTold)
 
 namespace {
 
-class SortOrderSQL : public testing::TestWithParam<Backend>
+class SortOrderSQL : public SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("sort")))
+        if (!OpenDatabase(QStringLiteral("sort")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, name VARCHAR(30), qty INTEGER)"));
         connection.StartTransaction();
@@ -335,13 +334,10 @@ protected:
     {
         grid.SetDataSource(nullptr);
         query.Close();
-        connection.Close();
-        db.Drop();
+        SQLTableTest::TearDown();
     }
     int value(const char *field) { return query.FieldByName(QString::fromLatin1(field))->AsInteger(); }
 
-    TestDatabase db;
-    TSQLConnection connection;
     TSQLQuery query;
     TDataSource source;
     TQDBGrid grid;

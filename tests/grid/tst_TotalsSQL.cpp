@@ -32,38 +32,23 @@ constexpr double Prices[] = {1.00005, 2.00005, -3.00005, 0.12345, 12345.6789, 0.
                              0.3,     -0.7,    1e-5,     0.00005, 99999.99995, 7.77775, 2.5e-5};
 const char *const Names[] = {"a", "B", "b", "\xc3\x84", "", "a b", "z"};
 
-class TotalsSQL : public testing::TestWithParam<Backend>
+class TotalsSQL : public SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("totals")))
+        if (!OpenDatabase(QStringLiteral("totals")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-        const bool pg = GetParam() == Backend::PostgreSQL;
-        connection.ExecSQL(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, qty INTEGER, price %1, small REAL, "
-                                          "amount NUMERIC(12,2), name VARCHAR(20), day DATE, flag BOOLEAN)")
-                               .arg(pg ? QStringLiteral("DOUBLE PRECISION") : QStringLiteral("REAL")));
-        connection.StartTransaction();
-        for (int id = 1; id <= 40; ++id) {
-            auto orNull = [id](int every, Variant v) {
-                if (id % every == 0)
-                    v = Variant::Null();
-                return v;
-            };
-            const QString amount = QStringLiteral("%1.%2").arg(id * 13 % 50 - 20).arg(id % 100, 2, 10, QLatin1Char('0'));
-            connection.ExecSQL(QStringLiteral("INSERT INTO t VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
-                               {id, orNull(5, (id * 37) % 23 - 4), orNull(7, Prices[id % 14] * (id % 3 + 1)),
-                                orNull(6, double(float(Prices[(id * 5) % 14]))), orNull(4, amount),
-                                orNull(9, QString::fromUtf8(Names[id % 7])),
-                                orNull(8, QDate(2024, 1, 1).addDays(id * 11 % 60).toString(Qt::ISODate)),
-                                orNull(3, pg ? Variant(id % 2 == 0) : Variant(id % 2))});
-        }
-        connection.Commit();
-        table.SetConnection(&connection);
-        table.SetTableName(QStringLiteral("t"));
-        table.SetIndexFieldNames(QStringLiteral("id"));
-        table.Open();
+        FillTable(QStringLiteral("qty INTEGER, price %1, small REAL, amount NUMERIC(12,2), name VARCHAR(20), day DATE, flag BOOLEAN")
+                      .arg(FloatType()),
+                  40, [this](int id) {
+                      const QString amount = QStringLiteral("%1.%2").arg(id * 13 % 50 - 20).arg(id % 100, 2, 10, QLatin1Char('0'));
+                      return QList<Variant>{NullEvery(id, 5, (id * 37) % 23 - 4), NullEvery(id, 7, Prices[id % 14] * (id % 3 + 1)),
+                                            NullEvery(id, 6, double(float(Prices[(id * 5) % 14]))), NullEvery(id, 4, amount),
+                                            NullEvery(id, 9, QString::fromUtf8(Names[id % 7])),
+                                            NullEvery(id, 8, QDate(2024, 1, 1).addDays(id * 11 % 60).toString(Qt::ISODate)),
+                                            NullEvery(id, 3, Flag(id % 2 == 0))};
+                  });
         table.AfterScroll = [this](TDataSet *) { ++scrolled; };
         source.SetDataSet(&table);
         grid.SetOptions(grid.GetOptions() + dgMultiSelect);
@@ -73,9 +58,7 @@ protected:
     void TearDown() override
     {
         grid.SetDataSource(nullptr);
-        table.Close();
-        connection.Close();
-        db.Drop();
+        SQLTableTest::TearDown();
     }
 
     // A total for each figure of the field under one NULL rule, in its column.
@@ -137,9 +120,6 @@ protected:
         }
     }
 
-    TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
     TDataSource source;
     TQDBGrid grid;
     int scrolled = 0;

@@ -1,5 +1,7 @@
 #include "SQLTestSupport.h"
 
+#include "platform/db/FieldTypes.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
@@ -55,6 +57,50 @@ TestDatabase::~TestDatabase()
         Drop();
     } catch (...) {
     }
+}
+
+bool SQLTableTest::OpenDatabase(const QString &name)
+{
+    RegisterDBTypes();
+    return db.Open(GetParam(), connection, name);
+}
+
+void SQLTableTest::FillTable(const QString &columns, int count, const std::function<QList<Variant>(int id)> &row)
+{
+    connection.ExecSQL(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, %1)").arg(columns));
+    connection.StartTransaction();
+    for (int id = 1; id <= count; ++id) {
+        const QList<Variant> values = QList<Variant>{id} + row(id);
+        QStringList marks(values.size(), QStringLiteral("?"));
+        connection.ExecSQL(QStringLiteral("INSERT INTO t VALUES (%1)").arg(marks.join(QStringLiteral(", "))), values);
+    }
+    connection.Commit();
+    table.SetConnection(&connection);
+    table.SetTableName(QStringLiteral("t"));
+    table.SetIndexFieldNames(QStringLiteral("id"));
+    table.Open();
+}
+
+void SQLTableTest::TearDown()
+{
+    table.Close();
+    connection.Close();
+    db.Drop();
+}
+
+QString SQLTableTest::FloatType() const
+{
+    return pg() ? QStringLiteral("DOUBLE PRECISION") : QStringLiteral("REAL");
+}
+
+Variant SQLTableTest::Flag(bool value) const
+{
+    return pg() ? Variant(value) : Variant(value ? 1 : 0);
+}
+
+Variant SQLTableTest::NullEvery(int id, int every, const Variant &value)
+{
+    return id % every == 0 ? Variant::Null() : value;
 }
 
 bool PrivateServer::script(const QStringList &arguments, QString *out)

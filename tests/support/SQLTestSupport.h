@@ -4,11 +4,13 @@
 // or a fresh database on the PostgreSQL server that QDB_PG_URL names.
 
 #include "platform/sql/SQLConnection.h"
+#include "platform/sql/SQLDataSet.h"
 
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace qdb::test {
@@ -35,6 +37,29 @@ private:
     QTemporaryDir dir_;
     TSQLConnection admin_;
     QString database_;
+};
+
+// A test run once a backend, over a database of its own; most fill a table "t" keyed by "id".
+class SQLTableTest : public testing::TestWithParam<Backend>
+{
+protected:
+    // False when the backend is not available in this run: the test's SetUp skips.
+    bool OpenDatabase(const QString &name);
+    // Creates "t" with "id" and the columns, inserts rows 1..count and opens `table` on it in
+    // id order.
+    void FillTable(const QString &columns, int count, const std::function<QList<Variant>(int id)> &row);
+    void TearDown() override;
+
+    bool pg() const { return GetParam() == Backend::PostgreSQL; }
+    QString FloatType() const;
+    // A truth value as the backend stores it.
+    Variant Flag(bool value) const;
+    // NULL at every `every`-th id.
+    static Variant NullEvery(int id, int every, const Variant &value);
+
+    TestDatabase db;
+    TSQLConnection connection;
+    TSQLTable table;
 };
 
 // A PostgreSQL server of the test's own, which it may stop and start again; the shared

@@ -20,13 +20,12 @@ using qdb::test::Backend;
 
 namespace {
 
-class DataControlsOnSQL : public testing::TestWithParam<Backend>
+class DataControlsOnSQL : public test::SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("dbctrls")))
+        if (!OpenDatabase(QStringLiteral("dbctrls")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         connection.ExecSQL(QStringLiteral("CREATE TABLE parts (id INTEGER PRIMARY KEY, name VARCHAR(20) NOT NULL,"
                                           " paid BOOLEAN, size VARCHAR(5), qty INTEGER CHECK (qty >= 0))"));
@@ -50,13 +49,6 @@ protected:
         QApplication::processEvents();
     }
 
-    void TearDown() override
-    {
-        table.Close();
-        connection.Close();
-        db.Drop();
-    }
-
     void click(TNavigateBtn button) { QTest::mouseClick(navigator->Button(button), Qt::LeftButton); }
     int id() { return table.FieldByName(QStringLiteral("id"))->AsInteger(); }
     TField *field(const char *name) { return table.FieldByName(QString::fromLatin1(name)); }
@@ -68,9 +60,6 @@ protected:
     }
     int rows() { return connection.ExecScalar(QStringLiteral("SELECT COUNT(*) FROM parts")).ToInt(); }
 
-    test::TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
     TDataSource source;
     QWidget form;
     TDBNavigator *navigator = nullptr;

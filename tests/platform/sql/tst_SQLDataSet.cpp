@@ -18,15 +18,14 @@ constexpr int Rows = 600;
 
 // Each test gets a fresh "orders" table of Rows rows on the backend: qty = row number,
 // names "r1".. with NULL at every tenth row, a price with cents, dates in January 2024.
-class SQLDataSetTest : public testing::TestWithParam<Backend>
+class SQLDataSetTest : public test::SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("test")))
+        if (!OpenDatabase(QStringLiteral("test")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
-        const bool pg = GetParam() == Backend::PostgreSQL;
+        const bool pg = this->pg();
         connection.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS orders"));
         connection.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS loose"));
         connection.ExecSQL(QStringLiteral(
@@ -55,19 +54,9 @@ protected:
         table.SetIndexFieldNames(QStringLiteral("id"));
     }
 
-    void TearDown() override
-    {
-        table.Close();
-        connection.Close();
-        db.Drop();
-    }
-
     TField *F(TDataSet &ds, const char *name) { return ds.FieldByName(QString::fromLatin1(name)); }
     Variant scalar(const QString &sql) { return connection.ExecScalar(sql); }
 
-    test::TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
 };
 
 } // namespace

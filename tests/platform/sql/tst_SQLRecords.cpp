@@ -27,13 +27,12 @@ constexpr int Rows = 20000;
 
 // "items": id 1..Rows; grp = id % 97 with NULL at every 13th id (many ties, many NULLs);
 // name "n<id>".
-class SQLRecordsTest : public testing::TestWithParam<Backend>
+class SQLRecordsTest : public test::SQLTableTest
 {
 protected:
     void SetUp() override
     {
-        RegisterDBTypes();
-        if (!db.Open(GetParam(), connection, QStringLiteral("records")))
+        if (!OpenDatabase(QStringLiteral("records")))
             GTEST_SKIP() << "QDB_PG_URL is not set: no PostgreSQL server for this run";
         connection.ExecSQL(QStringLiteral("DROP TABLE IF EXISTS items"));
         connection.ExecSQL(QStringLiteral("CREATE TABLE items (id INTEGER PRIMARY KEY, grp INTEGER, name VARCHAR(20))"));
@@ -48,14 +47,6 @@ protected:
         table.SetTableName(QStringLiteral("items"));
     }
 
-    void TearDown() override
-    {
-        table.Close();
-        connection.Close();
-        db.Drop();
-    }
-
-    bool pg() const { return GetParam() == Backend::PostgreSQL; }
     int id() { return table.FieldByName(QStringLiteral("id"))->AsInteger(); }
 
     // The ids in the order of "grp" (NULL first ascending, last descending, on every
@@ -101,9 +92,6 @@ protected:
         return ids;
     }
 
-    test::TestDatabase db;
-    TSQLConnection connection;
-    TSQLTable table;
 };
 
 } // namespace
