@@ -8,8 +8,9 @@ packages=(
   g++ cmake ninja-build pkg-config ccache
   # clang and its libFuzzer runtime for the fuzz targets
   clang libclang-rt-14-dev
-  # Qt 6: Core, Gui, Widgets, Sql, Test; the SQL drivers; Designer for the plugin
-  qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6sql6-psql qt6-tools-dev
+  # Qt 6: Core, Gui, Widgets, Sql, Test; the SQL drivers; Designer for the plugin (whose
+  # CMake package asks for OpenGLWidgets)
+  qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6sql6-psql qt6-tools-dev libqt6opengl6-dev
   libgl-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev

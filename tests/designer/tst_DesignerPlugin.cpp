@@ -1,0 +1,74 @@
+// The Designer plugin as Designer meets it: loaded from its file, it offers each published
+// widget, whose interface makes a widget of the class it names, with an icon and a drop-in
+// snippet that names the class too.
+
+#include <QApplication>
+#include <QFile>
+#include <QMetaObject>
+#include <QPluginLoader>
+#include <QWidget>
+#include <QXmlStreamReader>
+#include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
+#include <QtUiPlugin/QDesignerCustomWidgetInterface>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+QStringList classNames(const QList<QDesignerCustomWidgetInterface *> &widgets)
+{
+    QStringList names;
+    for (QDesignerCustomWidgetInterface *w : widgets)
+        names << w->name();
+    return names;
+}
+
+TEST(DesignerPlugin, LoadsAndMakesEachPublishedWidget)
+{
+    QPluginLoader loader(QStringLiteral(QDB_DESIGNER_PLUGIN));
+    ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
+    auto *collection = qobject_cast<QDesignerCustomWidgetCollectionInterface *>(loader.instance());
+    ASSERT_NE(collection, nullptr);
+    const QList<QDesignerCustomWidgetInterface *> widgets = collection->customWidgets();
+    EXPECT_EQ(classNames(widgets),
+              QStringList({"qdb::TQDBGrid", "qdb::TQDBEditor", "qdb::TQDBColumn", "qdb::TQDBNavigator", "qdb::TQDBText",
+                           "qdb::TQDBCheckBox", "qdb::TQDBRadioGroup"}));
+
+    QWidget form;
+    for (QDesignerCustomWidgetInterface *w : widgets) {
+        SCOPED_TRACE(w->name().toStdString());
+        w->initialize(nullptr);
+        EXPECT_TRUE(w->isInitialized());
+        QWidget *made = w->createWidget(&form);
+        ASSERT_NE(made, nullptr);
+        EXPECT_EQ(QString::fromLatin1(made->metaObject()->className()), w->name());
+        EXPECT_EQ(made->parentWidget(), &form);
+        EXPECT_FALSE(w->icon().isNull());
+        EXPECT_FALSE(w->icon().pixmap(32).toImage().isNull());
+        EXPECT_FALSE(w->group().isEmpty());
+        EXPECT_FALSE(w->toolTip().isEmpty());
+        EXPECT_TRUE(QFile::exists(QStringLiteral(QDB_INCLUDE_DIR "/") + w->includeFile())) << w->includeFile().toStdString();
+
+        // The snippet Designer drops on a form must be well-formed and name the class.
+        QXmlStreamReader xml(w->domXml());
+        QString declared;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.name() == QLatin1String("widget") && declared.isEmpty())
+                declared = xml.attributes().value(QLatin1String("class")).toString();
+        }
+        EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+        EXPECT_EQ(declared, w->name());
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
