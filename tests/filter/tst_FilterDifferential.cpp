@@ -1,10 +1,14 @@
 // The same random rows in memory and in a SQLite or PostgreSQL table, and thousands of random
 // filter expressions: the in-memory walk and the database's WHERE must accept exactly the
-// same records. QDB_DIFF_SEED repeats a run, QDB_DIFF_COUNT makes it longer.
+// same records; so must the grid's search when it hides the rows that do not match.
+// QDB_DIFF_SEED repeats a run, QDB_DIFF_COUNT makes it longer.
 
 #include "SQLTestSupport.h"
 #include "TestSupport.h"
 
+#include "filter/QDBSearch.h"
+#include "grid/QDBGrid.h"
+#include "platform/db/DataSource.h"
 #include "platform/db/Fields.h"
 #include "platform/db/MemTable.h"
 #include "platform/rtl/DateTime.h"
@@ -224,6 +228,19 @@ QString idList(const std::set<int> &ids)
 
 } // namespace
 
+// The rows a search keeps, through the grid over the data set.
+static std::set<int> kept(TQDBGrid &grid, const QString &text, TQSearchOptions options)
+{
+    grid.GetSearch()->SetOptions(options + soFilterRows);
+    grid.GetSearch()->SetText(text);
+    std::set<int> ids;
+    TDataSet *ds = grid.DataSet();
+    for (ds->First(); !ds->Eof(); ds->Next())
+        ids.insert(ds->FieldByName(QStringLiteral("id"))->AsInteger());
+    grid.GetSearch()->SetText(QString());
+    return ids;
+}
+
 TEST_P(FilterDifferential, MemoryAndDatabaseAcceptTheSameRecords)
 {
     const quint64 seed = quint64(envNumber("QDB_DIFF_SEED", 1));
@@ -250,6 +267,48 @@ TEST_P(FilterDifferential, MemoryAndDatabaseAcceptTheSameRecords)
     }
     // Most expressions must be ones both sides take, or the comparison says little.
     EXPECT_LT(refused, count / 10) << "expressions refused";
+}
+
+
+TEST_P(FilterDifferential, SearchKeepsTheSameRowsInMemoryAndInTheDatabase)
+{
+    const quint64 seed = quint64(envNumber("QDB_DIFF_SEED", 1));
+    const int64_t count = envNumber("QDB_DIFF_COUNT", 2000) / 10;
+    QRandomGenerator64 rnd(seed);
+    const auto pick = [&rnd](size_t n) { return int(rnd.bounded(int(n))); };
+    TDataSource sqlSource, memSource;
+    sqlSource.SetDataSet(&table);
+    memSource.SetDataSet(&memory);
+    TQDBGrid sqlGrid, memGrid;
+    sqlGrid.SetDataSource(&sqlSource);
+    memGrid.SetDataSource(&memSource);
+    int failures = 0, telling = 0;
+    for (int64_t i = 0; i < count && failures < 5; ++i) {
+        // A piece of a stored text, a number, a date or a truth value as the grid shows them.
+        const QString pool[] = {QString::fromUtf8(Texts[pick(std::size(Texts))]), QString::number(pick(9) - 4),
+                                QStringLiteral("2.5"), QStringLiteral("0.3"), QStringLiteral("2024"),
+                                QStringLiteral("29"), QStringLiteral("True"), QStringLiteral("fal"), QStringLiteral("%"),
+                                QStringLiteral("_")};
+        QString text = pool[pick(std::size(pool))];
+        text = text.mid(pick(2), text.size() - pick(2));
+        if (text.trimmed().isEmpty())
+            continue;
+        TQSearchOptions options;
+        options.Switch(soCaseSensitive, pick(2));
+        options.Switch(soWholeWords, pick(4) == 0);
+        const std::set<int> inMemory = kept(memGrid, text, options);
+        const std::set<int> inDatabase = kept(sqlGrid, text, options);
+        telling += !inMemory.empty() && inMemory.size() < 80;
+        if (inMemory != inDatabase) {
+            ++failures;
+            ADD_FAILURE() << "seed " << seed << ", search " << i << " '" << text.toStdString() << "' options "
+                          << options.Bits() << "\n  memory:   " << idList(inMemory).toStdString()
+                          << "\n  database: " << idList(inDatabase).toStdString();
+        }
+    }
+    // Searches that keep some rows and hide others are the ones that can disagree.
+    EXPECT_GT(telling, count / 3);
+    sqlGrid.SetDataSource(nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(Databases, FilterDifferential, testing::Values(Backend::SQLite, Backend::PostgreSQL), BackendName);
