@@ -162,24 +162,32 @@ private:
         return node;
     }
 
-    std::unique_ptr<FilterNode> orExpr()
+    // A run of ORs or of ANDs is one node with a child for each term, so that a long list
+    // does not make a deep tree.
+    std::unique_ptr<FilterNode> chain(FilterNode::Kind kind, const char *word, std::unique_ptr<FilterNode> (Parser::*term)())
     {
-        auto left = andExpr();
-        while (keyword("OR")) {
+        auto first = (this->*term)();
+        if (!keyword(word))
+            return first;
+        auto node = make(kind, first->position);
+        node->children.push_back(std::move(first));
+        while (keyword(word)) {
             advance();
-            left = binary(FilterNode::Or, std::move(left), andExpr());
+            node->children.push_back((this->*term)());
         }
-        return left;
+        return node;
     }
 
-    std::unique_ptr<FilterNode> andExpr()
+    std::unique_ptr<FilterNode> orExpr() { return chain(FilterNode::Or, "OR", &Parser::andExpr); }
+    std::unique_ptr<FilterNode> andExpr() { return chain(FilterNode::And, "AND", &Parser::notExpr); }
+
+    // Brackets and NOTs inside one another, each a level of the parser and of the tree; the
+    // limit keeps garbage from exhausting the stack.
+    static constexpr int MaxNesting = 128;
+    void nest()
     {
-        auto left = notExpr();
-        while (keyword("AND")) {
-            advance();
-            left = binary(FilterNode::And, std::move(left), notExpr());
-        }
-        return left;
+        if (++nesting_ > MaxNesting)
+            fail(QStringLiteral("nested more than %1 deep").arg(MaxNesting));
     }
 
     std::unique_ptr<FilterNode> notExpr()
@@ -187,7 +195,9 @@ private:
         if (keyword("NOT")) {
             auto node = make(FilterNode::Not, tok_.position);
             advance();
+            nest();
             node->children.push_back(notExpr());
+            --nesting_;
             return node;
         }
         return predicate();
@@ -197,7 +207,9 @@ private:
     {
         if (tok_.kind == Tok::LParen) {
             advance();
+            nest();
             auto inner = orExpr();
+            --nesting_;
             if (tok_.kind != Tok::RParen)
                 fail(QStringLiteral("expected ')'"));
             advance();
@@ -344,6 +356,7 @@ private:
     const QString &text_;
     qsizetype pos_ = 0;
     Token tok_;
+    int nesting_ = 0;
 };
 
 // Three-valued logic: comparisons with NULL are unknown.
@@ -489,23 +502,19 @@ public:
     Tri eval(const FilterNode &n) const
     {
         switch (n.kind) {
-        case FilterNode::Or: {
-            const Tri a = eval(*n.children[0]);
-            if (a == Tri::True)
-                return a;
-            const Tri b = eval(*n.children[1]);
-            if (b == Tri::True)
-                return b;
-            return a == Tri::Unknown || b == Tri::Unknown ? Tri::Unknown : Tri::False;
-        }
+        case FilterNode::Or:
         case FilterNode::And: {
-            const Tri a = eval(*n.children[0]);
-            if (a == Tri::False)
-                return a;
-            const Tri b = eval(*n.children[1]);
-            if (b == Tri::False)
-                return b;
-            return a == Tri::Unknown || b == Tri::Unknown ? Tri::Unknown : Tri::True;
+            // OR stops at the first true, AND at the first false; an unknown term leaves the
+            // rest unknown unless one stops it.
+            const Tri stop = n.kind == FilterNode::Or ? Tri::True : Tri::False;
+            bool unknown = false;
+            for (const auto &child : n.children) {
+                const Tri t = eval(*child);
+                if (t == stop)
+                    return t;
+                unknown = unknown || t == Tri::Unknown;
+            }
+            return unknown ? Tri::Unknown : notTri(stop);
         }
         case FilterNode::Not: return notTri(eval(*n.children[0]));
         case FilterNode::IsNull: {
@@ -574,19 +583,22 @@ public:
         switch (n.kind) {
         case FilterNode::Or:
         case FilterNode::And: {
-            Compiled a = compile(*n.children[0]), b = compile(*n.children[1]);
-            if (!a || !b)
-                return {};
-            // OR stops at the first true, AND at the first false.
+            std::vector<Compiled> terms;
+            for (const auto &child : n.children) {
+                terms.push_back(compile(*child));
+                if (!terms.back())
+                    return {};
+            }
             const Tri stop = n.kind == FilterNode::Or ? Tri::True : Tri::False;
-            return [a, b, stop](qint64 row) {
-                const Tri x = a(row);
-                if (x == stop)
-                    return x;
-                const Tri y = b(row);
-                if (y == stop)
-                    return y;
-                return x == Tri::Unknown || y == Tri::Unknown ? Tri::Unknown : notTri(stop);
+            return [terms = std::move(terms), stop](qint64 row) {
+                bool unknown = false;
+                for (const Compiled &term : terms) {
+                    const Tri t = term(row);
+                    if (t == stop)
+                        return t;
+                    unknown = unknown || t == Tri::Unknown;
+                }
+                return unknown ? Tri::Unknown : notTri(stop);
             };
         }
         case FilterNode::Not: {

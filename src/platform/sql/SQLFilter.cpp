@@ -21,13 +21,13 @@ public:
     {
         switch (n.kind) {
         // Parameters follow the text left to right: each side is built before the next.
-        case FilterNode::Or: {
-            const QString left = node(*n.children[0]);
-            return QStringLiteral("(%1 OR %2)").arg(left, node(*n.children[1]));
-        }
+        case FilterNode::Or:
         case FilterNode::And: {
-            const QString left = node(*n.children[0]);
-            return QStringLiteral("(%1 AND %2)").arg(left, node(*n.children[1]));
+            QStringList terms;
+            for (const auto &child : n.children)
+                terms << node(*child);
+            return QLatin1Char('(') + terms.join(n.kind == FilterNode::Or ? QStringLiteral(" OR ") : QStringLiteral(" AND "))
+                + QLatin1Char(')');
         }
         case FilterNode::Not: return QStringLiteral("(NOT %1)").arg(node(*n.children[0]));
         case FilterNode::IsNull:

@@ -114,6 +114,30 @@ TEST(FilterExpression, ErrorsNameThePlace)
     }
 }
 
+TEST(FilterExpression, LongListsPassAndDeepNestingIsRefused)
+{
+    // Thousands of terms in a row are a flat list, walked without recursion.
+    QStringList terms;
+    for (int i = 0; i < 20000; ++i)
+        terms << QStringLiteral("Qty = %1").arg(i % 2 == 0 ? 3 : 100000 + i);
+    EXPECT_EQ(passing(terms.join(QStringLiteral(" OR "))), QStringList({"3"}));
+    EXPECT_EQ(passing(QStringLiteral("Qty > 0 AND ") + terms.join(QStringLiteral(" OR "))), QStringList({"3"}));
+
+    const auto nested = [](int depth, const char *open, const char *close) {
+        return QString::fromLatin1(open).repeated(depth) + QStringLiteral("Qty = 3") + QString::fromLatin1(close).repeated(depth);
+    };
+    EXPECT_EQ(passing(nested(128, "(", ")")), QStringList({"3"}));
+    EXPECT_EQ(passing(nested(128, "NOT ", "")), QStringList({"3"}));
+    for (const QString &deep : {nested(129, "(", ")"), nested(5000, "(", ")"), nested(100000, "NOT (", ")")}) {
+        try {
+            FilterExpression expression(deep);
+            ADD_FAILURE() << "a filter nested " << deep.size() << " characters deep was taken";
+        } catch (const EDatabaseError &e) {
+            EXPECT_TRUE(e.Message().startsWith(QStringLiteral("Filter expression: nested more than 128 deep at position")));
+        }
+    }
+}
+
 TEST(FilterExpression, ABadFilterLeavesTheDataSetAsItWas)
 {
     auto t = MakeOrders(10);
