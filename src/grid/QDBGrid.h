@@ -3,6 +3,7 @@
 #include "QDBColumns.h"
 #include "QDBGridImages.h"
 #include "QDBGridSelection.h"
+#include "QDBGridFlags.h"
 #include "QDBGridSettings.h"
 #include "QDBGridTypes.h"
 
@@ -122,17 +123,17 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(int IndicatorWidth READ GetIndicatorWidth WRITE SetIndicatorWidth)
     Q_PROPERTY(int StretchWidthMin READ GetStretchWidthMin WRITE SetStretchWidthMin)
     Q_PROPERTY(int StretchWidthMax READ GetStretchWidthMax WRITE SetStretchWidthMax)
-    Q_PROPERTY(qint32 Color READ GetColor WRITE SetColor)
-    Q_PROPERTY(qint32 FixedColor READ GetFixedColor WRITE SetFixedColor)
-    Q_PROPERTY(qint32 DataColLineColor READ GetDataColLineColor WRITE SetDataColLineColor)
-    Q_PROPERTY(qint32 DataRowLineColor READ GetDataRowLineColor WRITE SetDataRowLineColor)
-    Q_PROPERTY(qint32 EditorColor READ GetEditorColor WRITE SetEditorColor)
-    Q_PROPERTY(qint32 HighlightText READ GetHighlightText WRITE SetHighlightText)
-    Q_PROPERTY(qint32 StripeColor READ GetStripeColor WRITE SetStripeColor)
-    Q_PROPERTY(qint32 SelectionColor READ GetSelectionColor WRITE SetSelectionColor)
-    Q_PROPERTY(qint32 SelectCellColor READ GetSelectCellColor WRITE SetSelectCellColor)
-    Q_PROPERTY(qint32 SelectRowColor READ GetSelectRowColor WRITE SetSelectRowColor)
-    Q_PROPERTY(qdb::TGridDrawingOptions DrawingOptions READ GetDrawingOptions WRITE SetDrawingOptions)
+    Q_PROPERTY(qint32 Color READ GetColor WRITE SetColor DESIGNABLE false)
+    Q_PROPERTY(qint32 FixedColor READ GetFixedColor WRITE SetFixedColor DESIGNABLE false)
+    Q_PROPERTY(qint32 DataColLineColor READ GetDataColLineColor WRITE SetDataColLineColor DESIGNABLE false)
+    Q_PROPERTY(qint32 DataRowLineColor READ GetDataRowLineColor WRITE SetDataRowLineColor DESIGNABLE false)
+    Q_PROPERTY(qint32 EditorColor READ GetEditorColor WRITE SetEditorColor DESIGNABLE false)
+    Q_PROPERTY(qint32 HighlightText READ GetHighlightText WRITE SetHighlightText DESIGNABLE false)
+    Q_PROPERTY(qint32 StripeColor READ GetStripeColor WRITE SetStripeColor DESIGNABLE false)
+    Q_PROPERTY(qint32 SelectionColor READ GetSelectionColor WRITE SetSelectionColor DESIGNABLE false)
+    Q_PROPERTY(qint32 SelectCellColor READ GetSelectCellColor WRITE SetSelectCellColor DESIGNABLE false)
+    Q_PROPERTY(qint32 SelectRowColor READ GetSelectRowColor WRITE SetSelectRowColor DESIGNABLE false)
+    Q_PROPERTY(qdb::TGridDrawingOptions DrawingOptions READ GetDrawingOptions WRITE SetDrawingOptions DESIGNABLE false)
     Q_PROPERTY(qdb::QDBGridTypes::TFixedStyle FixedStyle READ GetFixedStyle WRITE SetFixedStyle)
     Q_PROPERTY(qdb::QDBGridTypes::TFocusRect FocusRect READ GetFocusRect WRITE SetFocusRect)
     Q_PROPERTY(qdb::QDBGridTypes::TMarkerStyle MarkerStyle READ GetMarkerStyle WRITE SetMarkerStyle)
@@ -140,7 +141,7 @@ class TQCustomDBGrid : public TCustomGrid, public TCustomProperties
     Q_PROPERTY(qdb::QDBGridTypes::TImeMode ImeMode READ GetImeMode WRITE SetImeMode)
     Q_PROPERTY(QString ImeName READ GetImeName WRITE SetImeName)
     Q_PROPERTY(qdb::TQCustomDBGrid *MasterGrid READ GetMasterGrid WRITE SetMasterGrid)
-    Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions)
+    Q_PROPERTY(qdb::TMultiSelections MultiSelectOptions READ GetMultiSelectOptions WRITE SetMultiSelectOptions DESIGNABLE false)
     Q_PROPERTY(QString DetailFields READ GetDetailFields WRITE SetDetailFields)
     Q_PROPERTY(qdb::TQDBGridFilter *FilterGrid READ GetFilterGrid)
     Q_PROPERTY(qdb::TQDBGridSearch *Search READ GetSearch)
@@ -774,12 +775,69 @@ void WithOrderUpdate(TQCustomDBGrid *grid, F &&f)
 }
 
 // The published grid.
+// The published grid. Beside its own properties it has a Qt-typed face for Qt Designer and uic:
+// the option sets as flags and the colours as QColor, under Qt-style names. Component streams
+// keep to the grid's own properties.
 class TQDBGrid : public TQCustomDBGrid
 {
     Q_OBJECT
+    Q_CLASSINFO("QtTypedFace", "options optionsEx optionsExt drawingOptions multiSelectOptions color fixedColor "
+                               "dataColLineColor dataRowLineColor editorColor highlightTextColor stripeColor "
+                               "selectionColor selectCellColor selectRowColor")
+    Q_PROPERTY(qdb::QDBGridFlags::TQDBGridOptions options READ optionFlags WRITE setOptionFlags)
+    Q_PROPERTY(qdb::QDBGridFlags::TQDBGridOptionsEx optionsEx READ optionExFlags WRITE setOptionExFlags)
+    Q_PROPERTY(qdb::QDBGridFlags::TQDBGridOptionsExt optionsExt READ optionExtFlags WRITE setOptionExtFlags)
+    Q_PROPERTY(qdb::QDBGridFlags::TGridDrawingOptions drawingOptions READ drawingFlags WRITE setDrawingFlags)
+    Q_PROPERTY(qdb::QDBGridFlags::TMultiSelections multiSelectOptions READ multiSelectFlags WRITE setMultiSelectFlags)
+    Q_PROPERTY(QColor color READ qtColor WRITE setQtColor)
+    Q_PROPERTY(QColor fixedColor READ qtFixedColor WRITE setQtFixedColor)
+    Q_PROPERTY(QColor dataColLineColor READ qtDataColLineColor WRITE setQtDataColLineColor)
+    Q_PROPERTY(QColor dataRowLineColor READ qtDataRowLineColor WRITE setQtDataRowLineColor)
+    Q_PROPERTY(QColor editorColor READ qtEditorColor WRITE setQtEditorColor)
+    Q_PROPERTY(QColor highlightTextColor READ qtHighlightText WRITE setQtHighlightText)
+    Q_PROPERTY(QColor stripeColor READ qtStripeColor WRITE setQtStripeColor)
+    Q_PROPERTY(QColor selectionColor READ qtSelectionColor WRITE setQtSelectionColor)
+    Q_PROPERTY(QColor selectCellColor READ qtSelectCellColor WRITE setQtSelectCellColor)
+    Q_PROPERTY(QColor selectRowColor READ qtSelectRowColor WRITE setQtSelectRowColor)
 
 public:
     using TQCustomDBGrid::TQCustomDBGrid;
+
+private:
+    QDBGridFlags::TQDBGridOptions optionFlags() const;
+    void setOptionFlags(QDBGridFlags::TQDBGridOptions flags);
+    QDBGridFlags::TQDBGridOptionsEx optionExFlags() const;
+    void setOptionExFlags(QDBGridFlags::TQDBGridOptionsEx flags);
+    QDBGridFlags::TQDBGridOptionsExt optionExtFlags() const;
+    void setOptionExtFlags(QDBGridFlags::TQDBGridOptionsExt flags);
+    QDBGridFlags::TGridDrawingOptions drawingFlags() const;
+    void setDrawingFlags(QDBGridFlags::TGridDrawingOptions flags);
+    QDBGridFlags::TMultiSelections multiSelectFlags() const;
+    void setMultiSelectFlags(QDBGridFlags::TMultiSelections flags);
+
+    // An invalid colour stands for the grid's default.
+    QColor qtColorOf(TColor color) const;
+    static TColor colorOf(const QColor &color);
+    QColor qtColor() const { return qtColorOf(GetColor()); }
+    void setQtColor(const QColor &c) { SetColor(colorOf(c)); }
+    QColor qtFixedColor() const { return qtColorOf(GetFixedColor()); }
+    void setQtFixedColor(const QColor &c) { SetFixedColor(colorOf(c)); }
+    QColor qtDataColLineColor() const { return qtColorOf(GetDataColLineColor()); }
+    void setQtDataColLineColor(const QColor &c) { SetDataColLineColor(colorOf(c)); }
+    QColor qtDataRowLineColor() const { return qtColorOf(GetDataRowLineColor()); }
+    void setQtDataRowLineColor(const QColor &c) { SetDataRowLineColor(colorOf(c)); }
+    QColor qtEditorColor() const { return qtColorOf(GetEditorColor()); }
+    void setQtEditorColor(const QColor &c) { SetEditorColor(colorOf(c)); }
+    QColor qtHighlightText() const { return qtColorOf(GetHighlightText()); }
+    void setQtHighlightText(const QColor &c) { SetHighlightText(colorOf(c)); }
+    QColor qtStripeColor() const { return qtColorOf(GetStripeColor()); }
+    void setQtStripeColor(const QColor &c) { SetStripeColor(colorOf(c)); }
+    QColor qtSelectionColor() const { return qtColorOf(GetSelectionColor()); }
+    void setQtSelectionColor(const QColor &c) { SetSelectionColor(colorOf(c)); }
+    QColor qtSelectCellColor() const { return qtColorOf(GetSelectCellColor()); }
+    void setQtSelectCellColor(const QColor &c) { SetSelectCellColor(colorOf(c)); }
+    QColor qtSelectRowColor() const { return qtColorOf(GetSelectRowColor()); }
+    void setQtSelectRowColor(const QColor &c) { SetSelectRowColor(colorOf(c)); }
 };
 
 } // namespace qdb

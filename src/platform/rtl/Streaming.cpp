@@ -182,6 +182,11 @@ void readObjectProperty(QObject *object, const QMetaProperty &prop, const QJsonV
 
 bool IsPropertyStored(const QObject *object, const QMetaProperty &property)
 {
+    // A Qt-typed face for Designer, Q_CLASSINFO("QtTypedFace", "names"), repeats properties
+    // that are streamed under their own names.
+    const int face = object->metaObject()->indexOfClassInfo("QtTypedFace");
+    if (face >= 0 && QByteArray(object->metaObject()->classInfo(face).value()).split(' ').contains(property.name()))
+        return false;
     const QByteArray test = QByteArray("Is") + property.name() + "Stored()";
     const int index = object->metaObject()->indexOfMethod(test.constData());
     if (index >= 0) {
