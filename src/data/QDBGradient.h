@@ -27,6 +27,10 @@ public:
     // Vertical runs from top to bottom, horizontal from left to right.
     Qt::Orientation Direction = Qt::Vertical;
 
+    TQGradient WithStart(const QColor &c) const { auto g = *this; g.StartColor = c; return g; }
+    TQGradient WithEnd(const QColor &c) const { auto g = *this; g.EndColor = c; return g; }
+    TQGradient WithDirection(Qt::Orientation o) const { auto g = *this; g.Direction = o; return g; }
+
     // No colour of its own.
     bool IsEmpty() const { return !StartColor.isValid() && !EndColor.isValid(); }
     // The brush for a face; hot lightens it, pressed darkens it.

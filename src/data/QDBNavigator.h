@@ -20,6 +20,20 @@ Q_ENUM_NS(TButtonLayout)
 } // namespace QDBNavTypes
 using namespace QDBNavTypes;
 
+// The navigator's buttons as Qt flags, for Designer and uic: each flag is its button's bit
+// in the set.
+namespace QDBNavFlags {
+Q_NAMESPACE
+enum TNavigateBtn : unsigned {
+    nbFirst = 1u << qdb::nbFirst, nbPrior = 1u << qdb::nbPrior, nbNext = 1u << qdb::nbNext, nbLast = 1u << qdb::nbLast,
+    nbInsert = 1u << qdb::nbInsert, nbDelete = 1u << qdb::nbDelete, nbEdit = 1u << qdb::nbEdit, nbPost = 1u << qdb::nbPost,
+    nbCancel = 1u << qdb::nbCancel, nbRefresh = 1u << qdb::nbRefresh, nbApplyUpdates = 1u << qdb::nbApplyUpdates,
+    nbCancelUpdates = 1u << qdb::nbCancelUpdates
+};
+Q_DECLARE_FLAGS(TNavButtonSet, TNavigateBtn)
+Q_FLAG_NS(TNavButtonSet)
+} // namespace QDBNavFlags
+
 class TQDBNavigator;
 
 // A navigator button: drawn in its navigator's drawing style, lit while the mouse is over
@@ -42,15 +56,22 @@ private:
     TNavigateBtn index_;
 };
 
+// Beside its own properties, a Qt-typed face for Designer and uic: the visible buttons as
+// flags and the gradient's parts.
 class TQDBNavigator : public TDBNavigator
 {
     Q_OBJECT
+    Q_CLASSINFO("QtTypedFace", "visibleButtons gradientStartColor gradientEndColor gradientDirection")
+    Q_PROPERTY(qdb::QDBNavFlags::TNavButtonSet visibleButtons READ visibleFlags WRITE setVisibleFlags)
+    Q_PROPERTY(QColor gradientStartColor READ gradientStartColor WRITE setGradientStart)
+    Q_PROPERTY(QColor gradientEndColor READ gradientEndColor WRITE setGradientEnd)
+    Q_PROPERTY(Qt::Orientation gradientDirection READ gradientDirection WRITE setGradientDirection)
     Q_PROPERTY(bool ApplyTheme READ ApplyTheme WRITE SetApplyTheme)
     Q_PROPERTY(qdb::TStrings *Captions READ Captions)
     Q_PROPERTY(qdb::Grids::TGridDrawingStyle DrawingStyle READ DrawingStyle WRITE SetDrawingStyle)
     Q_PROPERTY(bool Fine READ Fine WRITE SetFine)
     Q_PROPERTY(bool FineTheme READ FineTheme WRITE SetFineTheme)
-    Q_PROPERTY(qdb::TQGradient Gradient READ Gradient WRITE SetGradient)
+    Q_PROPERTY(qdb::TQGradient Gradient READ Gradient WRITE SetGradient DESIGNABLE false)
     Q_PROPERTY(bool Flat READ Flat WRITE SetFlat)
     Q_PROPERTY(qdb::QDBNavTypes::TButtonLayout Layout READ Layout WRITE SetLayout)
     Q_PROPERTY(int Margin READ Margin WRITE SetMargin)
@@ -98,6 +119,17 @@ protected:
     void UpdateHints() override;
 
 private:
+    QDBNavFlags::TNavButtonSet visibleFlags() const
+    {
+        return QDBNavFlags::TNavButtonSet::fromInt(QDBNavFlags::TNavButtonSet::Int(VisibleButtons().Bits()));
+    }
+    void setVisibleFlags(QDBNavFlags::TNavButtonSet f) { SetVisibleButtons(TNavButtonSet::FromBits(f.toInt())); }
+    QColor gradientStartColor() const { return gradient_.StartColor; }
+    void setGradientStart(const QColor &c) { SetGradient(gradient_.WithStart(c)); }
+    QColor gradientEndColor() const { return gradient_.EndColor; }
+    void setGradientEnd(const QColor &c) { SetGradient(gradient_.WithEnd(c)); }
+    Qt::Orientation gradientDirection() const { return gradient_.Direction; }
+    void setGradientDirection(Qt::Orientation o) { SetGradient(gradient_.WithDirection(o)); }
     // The caption a button has, shown or not.
     QString captionOf(TNavigateBtn button) const;
     void setCaptions();
@@ -144,8 +176,12 @@ public:
 class TQDBRadioGroup : public TDBRadioGroup
 {
     Q_OBJECT
+    Q_CLASSINFO("QtTypedFace", "gradientStartColor gradientEndColor gradientDirection")
     Q_PROPERTY(bool CheckBox READ CheckBox WRITE SetCheckBox)
-    Q_PROPERTY(qdb::TQGradient Gradient READ Gradient WRITE SetGradient)
+    Q_PROPERTY(qdb::TQGradient Gradient READ Gradient WRITE SetGradient DESIGNABLE false)
+    Q_PROPERTY(QColor gradientStartColor READ gradientStartColor WRITE setGradientStart)
+    Q_PROPERTY(QColor gradientEndColor READ gradientEndColor WRITE setGradientEnd)
+    Q_PROPERTY(Qt::Orientation gradientDirection READ gradientDirection WRITE setGradientDirection)
     Q_PROPERTY(bool ParentBackground READ ParentBackground WRITE SetParentBackground)
     Q_PROPERTY(bool PartialBackground READ PartialBackground WRITE SetPartialBackground)
 
@@ -170,6 +206,12 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    QColor gradientStartColor() const { return gradient_.StartColor; }
+    void setGradientStart(const QColor &c) { SetGradient(gradient_.WithStart(c)); }
+    QColor gradientEndColor() const { return gradient_.EndColor; }
+    void setGradientEnd(const QColor &c) { SetGradient(gradient_.WithEnd(c)); }
+    Qt::Orientation gradientDirection() const { return gradient_.Direction; }
+    void setGradientDirection(Qt::Orientation o) { SetGradient(gradient_.WithDirection(o)); }
     TQGradient gradient_;
     bool parentBackground_ = false;
     bool partialBackground_ = true;

@@ -159,8 +159,8 @@ class TQDBCustomEditor : public TQDBLabeledEditor
     Q_PROPERTY(qdb::QDBGridTypes::TQLookupColumn LookupColumn READ GetLookupColumn STORED false)
     Q_PROPERTY(int DropDownRows READ GetDropDownRows WRITE SetDropDownRows)
     Q_PROPERTY(int DropDownWidth READ GetDropDownWidth WRITE SetDropDownWidth)
-    Q_PROPERTY(qdb::TQListOptions ListOptions READ GetListOptions WRITE SetListOptions)
-    Q_PROPERTY(qdb::TQPickOptions PickOptions READ GetPickOptions WRITE SetPickOptions)
+    Q_PROPERTY(qdb::TQListOptions ListOptions READ GetListOptions WRITE SetListOptions DESIGNABLE false)
+    Q_PROPERTY(qdb::TQPickOptions PickOptions READ GetPickOptions WRITE SetPickOptions DESIGNABLE false)
     Q_PROPERTY(QString PickTextFormat READ GetPickTextFormat WRITE SetPickTextFormat)
     Q_PROPERTY(int PickIndex READ GetPickIndex WRITE SetPickIndex STORED false)
     Q_PROPERTY(QString DelimiterChar READ GetDelimiterChar WRITE SetDelimiterChar)
@@ -250,13 +250,22 @@ private:
     TQColumn *settings_;
 };
 
-// The free-standing data-aware editor.
+// The free-standing data-aware editor, with its option sets as flags for Designer and uic.
 class TQDBEditor : public TQDBCustomEditor
 {
     Q_OBJECT
+    Q_CLASSINFO("QtTypedFace", "listOptions pickOptions")
+    Q_PROPERTY(qdb::QDBGridFlags::TQListOptions listOptions READ listFlags WRITE setListFlags)
+    Q_PROPERTY(qdb::QDBGridFlags::TQPickOptions pickOptions READ pickFlags WRITE setPickFlags)
 
 public:
     explicit TQDBEditor(QWidget *parent = nullptr);
+
+private:
+    QDBGridFlags::TQListOptions listFlags() const { return QDBGridFlags::ToFlags<QDBGridFlags::TQListOptions>(GetListOptions()); }
+    void setListFlags(QDBGridFlags::TQListOptions f) { SetListOptions(QDBGridFlags::FromFlags<TQListOptions>(f)); }
+    QDBGridFlags::TQPickOptions pickFlags() const { return QDBGridFlags::ToFlags<QDBGridFlags::TQPickOptions>(GetPickOptions()); }
+    void setPickFlags(QDBGridFlags::TQPickOptions f) { SetPickOptions(QDBGridFlags::FromFlags<TQPickOptions>(f)); }
 };
 
 // An editor of one column of a grid: the grid's data source and the column's field, and

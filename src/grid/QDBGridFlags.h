@@ -1,6 +1,6 @@
 #pragma once
 
-// The grid's option sets as Qt flags, for Qt Designer's property editor and uic: each flag is
+// The grid's and the editors' option sets as Qt flags, for Qt Designer's property editor and uic: each flag is
 // the bit its option has in the set, so a set's bits and the flags' value are one number.
 
 #include "QDBGridTypes.h"
@@ -67,6 +67,33 @@ enum TMultiSelection : unsigned {
 };
 Q_DECLARE_FLAGS(TMultiSelections, TMultiSelection)
 Q_FLAG_NS(TMultiSelections)
+
+enum TQPickOption : unsigned {
+    poDropDownList = 1u << G::poDropDownList, poListItemsOnly = 1u << G::poListItemsOnly,
+    poSelectPickText = 1u << G::poSelectPickText, poStoreItemIndex = 1u << G::poStoreItemIndex,
+    poAcceptPickList = 1u << G::poAcceptPickList, poAcceptItemIndex = 1u << G::poAcceptItemIndex,
+    poAutoLoadList = 1u << G::poAutoLoadList, poAppendToList = 1u << G::poAppendToList,
+    poSortedByText = 1u << G::poSortedByText, poFormatPickText = 1u << G::poFormatPickText,
+    poFormatListOnly = 1u << G::poFormatListOnly
+};
+Q_DECLARE_FLAGS(TQPickOptions, TQPickOption)
+Q_FLAG_NS(TQPickOptions)
+
+enum TQListOption : unsigned {
+    loAutoComplete = 1u << G::loAutoComplete, loAutoDropDown = 1u << G::loAutoDropDown,
+    loAutoCloseEditor = 1u << G::loAutoCloseEditor, loSelectNextValue = 1u << G::loSelectNextValue,
+    loAllowClearValue = 1u << G::loAllowClearValue, loShowToday = 1u << G::loShowToday,
+    loShowTodayCircle = 1u << G::loShowTodayCircle, loShowWeekNumbers = 1u << G::loShowWeekNumbers,
+    loAutoTodayClose = 1u << G::loAutoTodayClose, loBoldSundays = 1u << G::loBoldSundays,
+    loShowImages = 1u << G::loShowImages, loShowLookupListTitles = 1u << G::loShowLookupListTitles,
+    loAllowAdjustOrder = 1u << G::loAllowAdjustOrder, loAllowChangeOrder = 1u << G::loAllowChangeOrder,
+    loAllowColumnResize = 1u << G::loAllowColumnResize, loAllowColumnMoving = 1u << G::loAllowColumnMoving,
+    loExpandFirstColumn = 1u << G::loExpandFirstColumn, loFirstColumnExpanded = 1u << G::loFirstColumnExpanded,
+    loMultiSelectList = 1u << G::loMultiSelectList, loAutoApplyList = 1u << G::loAutoApplyList,
+    loTreeViewCellExpand = 1u << G::loTreeViewCellExpand, loIncrementalList = 1u << G::loIncrementalList
+};
+Q_DECLARE_FLAGS(TQListOptions, TQListOption)
+Q_FLAG_NS(TQListOptions)
 
 // A set and its flags, both ways.
 template<typename F, typename S>

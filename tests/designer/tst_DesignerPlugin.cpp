@@ -77,9 +77,7 @@ TEST(DesignerPlugin, LoadsAndMakesEachPublishedWidget)
         ASSERT_NE(made, nullptr);
         EXPECT_EQ(QString::fromLatin1(made->metaObject()->className()), w->name());
         EXPECT_EQ(made->parentWidget(), &form);
-        if (w->name() == QLatin1String("qdb::TQDBGrid")) {
-            EXPECT_EQ(uneditable(made->metaObject()).toStdString(), "");
-        }
+        EXPECT_EQ(uneditable(made->metaObject()).toStdString(), "");
         EXPECT_FALSE(w->icon().isNull());
         EXPECT_FALSE(w->icon().pixmap(32).toImage().isNull());
         EXPECT_FALSE(w->group().isEmpty());

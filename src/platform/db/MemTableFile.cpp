@@ -14,6 +14,7 @@
 #include <QSet>
 
 #include <cmath>
+#include <limits>
 
 namespace qdb {
 
@@ -85,7 +86,15 @@ Variant decode(const QJsonValue &json, const TFieldDef &def, const QString &sour
         const QString body = negative ? text.mid(1) : text;
         const qsizetype dot = body.indexOf(QLatin1Char('.'));
         const QString frac = (dot < 0 ? QString() : body.mid(dot + 1)).leftJustified(4, QLatin1Char('0')).left(4);
-        const qint64 raw = (dot < 0 ? body : body.left(dot)).toLongLong() * Currency::Scale + frac.toLongLong();
+        const QString whole = dot < 0 ? body : body.left(dot);
+        bool wholeOk = false, fracOk = false;
+        const qint64 units = whole.isEmpty() ? 0 : whole.toLongLong(&wholeOk);
+        const qint64 parts = frac.toLongLong(&fracOk);
+        // Digits only, and within what a currency holds.
+        if ((!wholeOk && !whole.isEmpty()) || !fracOk || units < 0 || parts < 0
+            || units > (std::numeric_limits<qint64>::max() - parts) / Currency::Scale)
+            bad();
+        const qint64 raw = units * Currency::Scale + parts;
         return Currency::FromRaw(negative ? -raw : raw);
     }
     case VarType::DateTime: {

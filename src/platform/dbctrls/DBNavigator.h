@@ -53,7 +53,7 @@ class TDBNavigator : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(qdb::TDataSource *DataSource READ DataSource WRITE SetDataSource)
-    Q_PROPERTY(qdb::TNavButtonSet VisibleButtons READ VisibleButtons WRITE SetVisibleButtons)
+    Q_PROPERTY(qdb::TNavButtonSet VisibleButtons READ VisibleButtons WRITE SetVisibleButtons DESIGNABLE false)
     Q_PROPERTY(bool ConfirmDelete READ ConfirmDelete WRITE SetConfirmDelete)
     Q_PROPERTY(qdb::TStrings *Hints READ Hints)
     Q_PROPERTY(qdb::DBCtrlsTypes::TDBNavigatorKind Kind READ Kind WRITE SetKind)

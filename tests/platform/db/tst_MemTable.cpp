@@ -318,7 +318,14 @@ TEST(MemTable, FilesRoundTripAndBadFilesChangeNothing)
 
     for (const char *bad : {"not json", "{\"format\":\"other\"}",
                             "{\"format\":\"qdb-memtable\",\"fields\":[{\"name\":\"A\",\"type\":\"ftInteger\"}],"
-                            "\"records\":[[\"x\"]]}"}) {
+                            "\"records\":[[\"x\"]]}",
+                            // decimals a field cannot hold, or that are no decimal number
+                            "{\"format\":\"qdb-memtable\",\"fields\":[{\"name\":\"A\",\"type\":\"ftBCD\"}],"
+                            "\"records\":[[\"9007199254740994\"]]}",
+                            "{\"format\":\"qdb-memtable\",\"fields\":[{\"name\":\"A\",\"type\":\"ftBCD\"}],"
+                            "\"records\":[[1e300]]}",
+                            "{\"format\":\"qdb-memtable\",\"fields\":[{\"name\":\"A\",\"type\":\"ftBCD\"}],"
+                            "\"records\":[[\"1e5\"]]}"}) {
         EXPECT_THROW(back.LoadFromJson(QByteArray(bad)), EDatabaseError) << bad;
         EXPECT_EQ(back.RecordCount(), 4);
         EXPECT_TRUE(back.Active());
