@@ -39,6 +39,23 @@ public:
     friend bool operator==(const TQGradient &, const TQGradient &) = default;
 };
 
+// A widget's gradient in Qt types, the parts of its Qt-typed face for Designer and uic.
+template<typename Widget>
+class TQGradientFace
+{
+protected:
+    QColor gradientStartColor() const { return self().Gradient().StartColor; }
+    void setGradientStart(const QColor &c) { self().SetGradient(self().Gradient().WithStart(c)); }
+    QColor gradientEndColor() const { return self().Gradient().EndColor; }
+    void setGradientEnd(const QColor &c) { self().SetGradient(self().Gradient().WithEnd(c)); }
+    Qt::Orientation gradientDirection() const { return self().Gradient().Direction; }
+    void setGradientDirection(Qt::Orientation o) { self().SetGradient(self().Gradient().WithDirection(o)); }
+
+private:
+    Widget &self() { return static_cast<Widget &>(*this); }
+    const Widget &self() const { return static_cast<const Widget &>(*this); }
+};
+
 } // namespace qdb
 
 Q_DECLARE_METATYPE(qdb::TQGradient)

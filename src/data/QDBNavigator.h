@@ -58,7 +58,7 @@ private:
 
 // Beside its own properties, a Qt-typed face for Designer and uic: the visible buttons as
 // flags and the gradient's parts.
-class TQDBNavigator : public TDBNavigator
+class TQDBNavigator : public TDBNavigator, public TQGradientFace<TQDBNavigator>
 {
     Q_OBJECT
     Q_CLASSINFO("QtTypedFace", "visibleButtons gradientStartColor gradientEndColor gradientDirection")
@@ -124,12 +124,6 @@ private:
         return QDBNavFlags::TNavButtonSet::fromInt(QDBNavFlags::TNavButtonSet::Int(VisibleButtons().Bits()));
     }
     void setVisibleFlags(QDBNavFlags::TNavButtonSet f) { SetVisibleButtons(TNavButtonSet::FromBits(f.toInt())); }
-    QColor gradientStartColor() const { return gradient_.StartColor; }
-    void setGradientStart(const QColor &c) { SetGradient(gradient_.WithStart(c)); }
-    QColor gradientEndColor() const { return gradient_.EndColor; }
-    void setGradientEnd(const QColor &c) { SetGradient(gradient_.WithEnd(c)); }
-    Qt::Orientation gradientDirection() const { return gradient_.Direction; }
-    void setGradientDirection(Qt::Orientation o) { SetGradient(gradient_.WithDirection(o)); }
     // The caption a button has, shown or not.
     QString captionOf(TNavigateBtn button) const;
     void setCaptions();
@@ -173,7 +167,7 @@ public:
 
 // A radio group that may carry a check box in its frame (unticked, its buttons rest) and fills
 // its background with its own colour or a gradient, or lets its parent show through.
-class TQDBRadioGroup : public TDBRadioGroup
+class TQDBRadioGroup : public TDBRadioGroup, public TQGradientFace<TQDBRadioGroup>
 {
     Q_OBJECT
     Q_CLASSINFO("QtTypedFace", "gradientStartColor gradientEndColor gradientDirection")
@@ -206,12 +200,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    QColor gradientStartColor() const { return gradient_.StartColor; }
-    void setGradientStart(const QColor &c) { SetGradient(gradient_.WithStart(c)); }
-    QColor gradientEndColor() const { return gradient_.EndColor; }
-    void setGradientEnd(const QColor &c) { SetGradient(gradient_.WithEnd(c)); }
-    Qt::Orientation gradientDirection() const { return gradient_.Direction; }
-    void setGradientDirection(Qt::Orientation o) { SetGradient(gradient_.WithDirection(o)); }
     TQGradient gradient_;
     bool parentBackground_ = false;
     bool partialBackground_ = true;

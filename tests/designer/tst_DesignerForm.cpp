@@ -27,6 +27,10 @@ TEST(DesignerForm, UicCodeMakesTheWidgetsWithTheirProperties)
     EXPECT_EQ(ui.dbGrid->GetDrawingOptions(), TGridDrawingOptions({gdoStripedRows}));
     EXPECT_EQ(ui.dbGrid->GetStripeColor(), TColor(0xF0FAFF));
     EXPECT_TRUE(ui.dbNavigator->Flat());
+    EXPECT_EQ(ui.dbNavigator->VisibleButtons(), TNavButtonSet({nbFirst, nbLast, nbRefresh}));
+    EXPECT_EQ(ui.dbEditor->GetListOptions(), TQListOptions({loAutoComplete, loShowToday}));
+    EXPECT_EQ(ui.dbRadioGroup->Gradient().StartColor, QColor(10, 20, 30));
+    EXPECT_EQ(ui.dbRadioGroup->Gradient().Direction, Qt::Horizontal);
     EXPECT_TRUE(ui.dbRadioGroup->CheckBox());
     const QList<QWidget *> made{ui.dbNavigator, ui.dbGrid, ui.dbEditor, ui.dbColumn, ui.dbText, ui.dbCheckBox, ui.dbRadioGroup};
     for (QWidget *w : made) {
@@ -55,6 +59,9 @@ TEST(DesignerForm, TheQtTypedFaceNamesEveryOptionAndStaysOutOfStreams)
     EXPECT_EQ(keys(QMetaEnum::fromType<QDBGridFlags::TQDBGridOptionsExt>()), keys(QMetaEnum::fromType<TQDBGridOptionExt>()));
     EXPECT_EQ(keys(QMetaEnum::fromType<QDBGridFlags::TGridDrawingOptions>()), keys(QMetaEnum::fromType<TGridDrawingOption>()));
     EXPECT_EQ(keys(QMetaEnum::fromType<QDBGridFlags::TMultiSelections>()), keys(QMetaEnum::fromType<TMultiSelection>()));
+    EXPECT_EQ(keys(QMetaEnum::fromType<QDBGridFlags::TQListOptions>()), keys(QMetaEnum::fromType<TQListOption>()));
+    EXPECT_EQ(keys(QMetaEnum::fromType<QDBGridFlags::TQPickOptions>()), keys(QMetaEnum::fromType<TQPickOption>()));
+    EXPECT_EQ(keys(QMetaEnum::fromType<QDBNavFlags::TNavButtonSet>()), keys(QMetaEnum::fromType<TNavigateBtn>()));
 
     TQDBGrid grid;
     grid.SetStripeColor(clWindow); // a system colour: the face shows what it paints with
