@@ -1,4 +1,6 @@
 #include "QDBGrid.h"
+
+#include "QDBGridAccessible.h"
 #include "QDBGridPrivate.h"
 #include "QDBGridSettings.h"
 
@@ -21,6 +23,7 @@ TQCustomDBGrid::TQCustomDBGrid(QWidget *parent) : TCustomGrid(parent), d_(std::m
     d_->selectedRows = std::make_unique<TQBookmarkList>(this);
     d_->selectedCols = std::make_unique<TQColumnList>(this);
     RegisterSetType<TMultiSelection>();
+    InstallGridAccessibility();
     loadImages();
     SetDefaultColWidth(64);
     SetDefaultRowHeight(QFontMetrics(font()).height() + d_->style->DataRowSpace);

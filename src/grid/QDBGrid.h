@@ -672,6 +672,7 @@ protected:
     void PrepareEditor(QWidget *editor) override;
     void UpdateScrollBars() override;
     void TopLeftChanged() override;
+    void CurrentChanged() override;
     void ColWidthsChanged() override;
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent *event) override;

@@ -1,6 +1,8 @@
 // The record window: how data set events become rows, scrolling and repaints.
 
 #include "QDBGrid.h"
+
+#include "QDBGridAccessible.h"
 #include "QDBGridPrivate.h"
 
 #include "editors/QDBEditor.h"
@@ -275,6 +277,8 @@ void TQCustomDBGrid::Scroll(int distance)
     InvalidateRow(oldRow);
     InvalidateRow(newRow);
     UpdateScrollBar();
+    if (distance != 0 && newRow == oldRow)
+        NotifyCurrentCell(this); // another record under the same cell
 }
 
 int TQCustomDBGrid::MoveBy(int distance, bool direct)

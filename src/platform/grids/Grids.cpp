@@ -210,6 +210,7 @@ void TCustomGrid::FocusCell(int col, int row)
     scrollToCurrent();
     if (wasEditing || options_.Contains(goAlwaysShowEditor))
         ShowEditor();
+    CurrentChanged();
 }
 
 int TCustomGrid::VisibleRowCount() const

@@ -101,6 +101,8 @@ protected:
     virtual void DrawLines(QPainter &painter, const QRect &exposed);
     virtual bool SelectCell(int col, int row);
     virtual void TopLeftChanged() {}
+    // After the current cell moved.
+    virtual void CurrentChanged() {}
     virtual void ColumnMoved(int from, int to);
     virtual void ColWidthsChanged() {}
     virtual void RowHeightsChanged() {}
