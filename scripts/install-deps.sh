@@ -11,6 +11,8 @@ packages=(
   # Qt 6: Core, Gui, Widgets, Sql, Test; the SQL drivers; Designer for the plugin (whose
   # CMake package asks for OpenGLWidgets)
   qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6sql6-psql qt6-tools-dev libqt6opengl6-dev
+  # lupdate and lrelease for the translations; Qt's own German texts for its standard ones
+  qt6-l10n-tools qt6-translations-l10n
   libgl-dev
   # tests and benchmarks
   libgtest-dev libgmock-dev googletest libbenchmark-dev

@@ -5,6 +5,7 @@
 
 #include "platform/rtl/Dialogs.h"
 #include "platform/rtl/Exceptions.h"
+#include "platform/rtl/Translations.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -21,6 +22,8 @@
 #include <QSqlField>
 #include <QSqlIndex>
 #include <QSqlRecord>
+#include <QPointer>
+#include <QTranslator>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QUrl>
@@ -196,6 +199,18 @@ void ExplorerWindow::SetLayoutFile(const QString &file)
 QString ExplorerWindow::DefaultLayoutFile()
 {
     return QDir(QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)).filePath(QStringLiteral("layouts.ini"));
+}
+
+void ExplorerWindow::InstallTranslations(const QLocale &locale)
+{
+    qdb::InstallTranslations(locale);
+    static QPointer<QTranslator> own;
+    delete own; // the language installed before, if any
+    own = new QTranslator(QCoreApplication::instance());
+    if (own->load(locale, QStringLiteral("explorer"), QStringLiteral("_"), QStringLiteral(":/explorer/i18n")))
+        QCoreApplication::installTranslator(own);
+    else
+        delete own;
 }
 
 QString ExplorerWindow::layoutSection(const QString &table) const

@@ -50,6 +50,9 @@ public:
     void SetLayoutFile(const QString &file);
     // The layouts file in the user's configuration folder.
     static QString DefaultLayoutFile();
+    // The explorer's texts, the components' and Qt's in the locale's language, where there
+    // is a translation; before the window is made.
+    static void InstallTranslations(const QLocale &locale = QLocale());
 
 private:
     void chooseFile();

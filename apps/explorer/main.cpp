@@ -34,12 +34,16 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Explorer"));
+    explorer::ExplorerWindow::InstallTranslations(); // the system's language
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Browses the tables of a database in a data grid."));
+    parser.setApplicationDescription(QCoreApplication::translate("explorer", "Browses the tables of a database in a data grid."));
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("database"), QStringLiteral("An SQLite file or a postgresql:// address (default: the sample database)."));
-    const QCommandLineOption table(QStringLiteral("table"), QStringLiteral("The table to show first."), QStringLiteral("name"));
-    const QCommandLineOption screenshot(QStringLiteral("screenshot"), QStringLiteral("Render the window to a PNG file and exit."),
+    parser.addPositionalArgument(QStringLiteral("database"),
+                                 QCoreApplication::translate("explorer", "An SQLite file or a postgresql:// address (default: the sample database)."));
+    const QCommandLineOption table(QStringLiteral("table"), QCoreApplication::translate("explorer", "The table to show first."),
+                                   QStringLiteral("name"));
+    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                        QCoreApplication::translate("explorer", "Render the window to a PNG file and exit."),
                                         QStringLiteral("file"));
     parser.addOption(table);
     parser.addOption(screenshot);

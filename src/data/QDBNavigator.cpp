@@ -123,8 +123,8 @@ TQDBNavigator::TQDBNavigator(QWidget *parent) : TDBNavigator(parent), captions_(
 
 QString TQDBNavigator::DefaultCaption(TNavigateBtn button)
 {
-    static const char *const captions[] = {"First", "Prior", "Next",   "Last",    "Insert",        "Delete",
-                                           "Edit",  "Post",  "Cancel", "Refresh", "Apply Updates", "Cancel Updates"};
+    static const char *const captions[] = {QT_TRANSLATE_NOOP("qdb", "First"), QT_TRANSLATE_NOOP("qdb", "Prior"), QT_TRANSLATE_NOOP("qdb", "Next"),   QT_TRANSLATE_NOOP("qdb", "Last"),    QT_TRANSLATE_NOOP("qdb", "Insert"),        QT_TRANSLATE_NOOP("qdb", "Delete"),
+                                           QT_TRANSLATE_NOOP("qdb", "Edit"),  QT_TRANSLATE_NOOP("qdb", "Post"),  QT_TRANSLATE_NOOP("qdb", "Cancel"), QT_TRANSLATE_NOOP("qdb", "Refresh"), QT_TRANSLATE_NOOP("qdb", "Apply Updates"), QT_TRANSLATE_NOOP("qdb", "Cancel Updates")};
     return QCoreApplication::translate("qdb", captions[button]);
 }
 

@@ -17,19 +17,10 @@
 
 namespace qdb {
 
-namespace {
-
-QString uiText(const char *text)
-{
-    return QCoreApplication::translate("qdb", text);
-}
-
-} // namespace
-
 TQDBColumnsDialog::TQDBColumnsDialog(TQCustomDBGrid *grid, QWidget *parent)
     : QDialog(parent ? parent : grid), grid_(grid)
 {
-    setWindowTitle(uiText("Columns"));
+    setWindowTitle(QCoreApplication::translate("qdb", "Columns"));
     TQDBGridColumns *columns = grid_->GetColumns();
     // What Undo comes back to: the column block, and the titles and alignments it leaves out.
     wasDefault_ = columns->State() == csDefault;
@@ -45,26 +36,26 @@ TQDBColumnsDialog::TQDBColumnsDialog(TQCustomDBGrid *grid, QWidget *parent)
     list_ = new QListWidget(this);
     list_->setDragDropMode(QAbstractItemView::InternalMove);
     list_->setDefaultDropAction(Qt::MoveAction);
-    up_ = new QPushButton(uiText("Move &Up"), this);
-    down_ = new QPushButton(uiText("Move &Down"), this);
-    auto *showAll = new QPushButton(uiText("&Show All"), this);
-    auto *hideAll = new QPushButton(uiText("&Hide All"), this);
+    up_ = new QPushButton(QCoreApplication::translate("qdb", "Move &Up"), this);
+    down_ = new QPushButton(QCoreApplication::translate("qdb", "Move &Down"), this);
+    auto *showAll = new QPushButton(QCoreApplication::translate("qdb", "&Show All"), this);
+    auto *hideAll = new QPushButton(QCoreApplication::translate("qdb", "&Hide All"), this);
     caption_ = new QLineEdit(this);
     width_ = new QSpinBox(this);
     width_->setRange(0, 10000);
     alignment_ = new QComboBox(this);
-    alignment_->addItems({uiText("Left"), uiText("Right"), uiText("Center")});
+    alignment_->addItems({QCoreApplication::translate("qdb", "Left"), QCoreApplication::translate("qdb", "Right"), QCoreApplication::translate("qdb", "Center")});
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    QPushButton *undo = buttons->addButton(uiText("&Undo"), QDialogButtonBox::ResetRole);
+    QPushButton *undo = buttons->addButton(QCoreApplication::translate("qdb", "&Undo"), QDialogButtonBox::ResetRole);
 
     auto *moves = new QVBoxLayout;
     for (QPushButton *b : {up_, down_, showAll, hideAll})
         moves->addWidget(b);
     moves->addStretch();
     auto *form = new QFormLayout;
-    form->addRow(uiText("&Caption:"), caption_);
-    form->addRow(uiText("&Width:"), width_);
-    form->addRow(uiText("&Alignment:"), alignment_);
+    form->addRow(QCoreApplication::translate("qdb", "&Caption:"), caption_);
+    form->addRow(QCoreApplication::translate("qdb", "&Width:"), width_);
+    form->addRow(QCoreApplication::translate("qdb", "&Alignment:"), alignment_);
     moves->addLayout(form);
     auto *top = new QHBoxLayout;
     top->addWidget(list_, 1);

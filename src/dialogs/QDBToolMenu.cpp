@@ -15,14 +15,9 @@ namespace qdb {
 
 namespace {
 
-QString uiText(const char *text)
-{
-    return QCoreApplication::translate("qdb", text);
-}
-
 QString settingsFilter()
 {
-    return uiText("Settings files (*.ini)");
+    return QCoreApplication::translate("qdb", "Settings files (*.ini)");
 }
 
 } // namespace
@@ -32,24 +27,24 @@ TQDBToolMenu::TQDBToolMenu(TQCustomDBGrid *grid, TQColumn *column, QWidget *pare
 {
     TDataSet *ds = grid_->DataSet();
     const bool active = grid_->DataLink()->Active() && ds;
-    add(this, "fitColumns", uiText("Fit Column Widths"), active && !grid_->ShowingColumns().isEmpty(),
+    add(this, "fitColumns", QCoreApplication::translate("qdb", "Fit Column Widths"), active && !grid_->ShowingColumns().isEmpty(),
         [this] { grid_->AdjustColumnsWidth(); });
-    QAction *stretch = add(this, "stretchColumns", uiText("Stretch Columns"), true,
+    QAction *stretch = add(this, "stretchColumns", QCoreApplication::translate("qdb", "Stretch Columns"), true,
                            [this] { grid_->SetStretchMode(!grid_->GetStretchMode()); });
     stretch->setCheckable(true);
     stretch->setChecked(grid_->GetStretchMode());
     addColumns();
     addSeparator();
-    add(this, "clearSorting", uiText("Clear Sorting"), active && !grid_->GetOrderFields().isEmpty(),
+    add(this, "clearSorting", QCoreApplication::translate("qdb", "Clear Sorting"), active && !grid_->GetOrderFields().isEmpty(),
         [this] { grid_->SetOrderFields(QString()); });
     bool filtered = false;
     for (const QPointer<TQColumn> &c : grid_->GetFilterGrid()->FilterColumns())
         filtered = filtered || (c && c->Filtered());
-    add(this, "clearFilter", uiText("Clear Filter"), active && filtered, [this] { grid_->GetFilterGrid()->ClearAutoFilter(); });
-    add(this, "searchPanel", uiText("Find..."), active, [this] { grid_->ShowSearchPanel(); })
+    add(this, "clearFilter", QCoreApplication::translate("qdb", "Clear Filter"), active && filtered, [this] { grid_->GetFilterGrid()->ClearAutoFilter(); });
+    add(this, "searchPanel", QCoreApplication::translate("qdb", "Find..."), active, [this] { grid_->ShowSearchPanel(); })
         ->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_F));
     addSelection();
-    add(this, "copy", uiText("Copy"), active && !ds->IsEmpty(), [this] { grid_->CopyToClipboard(); })
+    add(this, "copy", QCoreApplication::translate("qdb", "Copy"), active && !ds->IsEmpty(), [this] { grid_->CopyToClipboard(); })
         ->setShortcut(QKeySequence::Copy);
     addSeparator();
     addLayout();
@@ -77,7 +72,7 @@ QAction *TQDBToolMenu::add(QMenu *menu, const char *name, const QString &text, b
 
 void TQDBToolMenu::addColumns()
 {
-    QMenu *columns = addMenu(uiText("Columns"));
+    QMenu *columns = addMenu(QCoreApplication::translate("qdb", "Columns"));
     columns->setObjectName(QStringLiteral("columns"));
     TQDBGridColumns *all = grid_->GetColumns();
     int shown = 0;
@@ -103,8 +98,8 @@ void TQDBToolMenu::addColumns()
         item->setChecked(visible);
     }
     columns->addSeparator();
-    add(columns, "columnsDialog", uiText("Columns..."), all->Count() > 0, [this] { grid_->ShowColumnsDialog(); });
-    add(this, "restoreDefaults", uiText("Restore Default Columns"), grid_->DefaultColumnsChanged(),
+    add(columns, "columnsDialog", QCoreApplication::translate("qdb", "Columns..."), all->Count() > 0, [this] { grid_->ShowColumnsDialog(); });
+    add(this, "restoreDefaults", QCoreApplication::translate("qdb", "Restore Default Columns"), grid_->DefaultColumnsChanged(),
         [this] { grid_->RestoreDefaultColumns(); });
 }
 
@@ -112,7 +107,7 @@ void TQDBToolMenu::addSelection()
 {
     if (!grid_->GetOptions().Contains(dgMultiSelect))
         return;
-    QMenu *selection = addMenu(uiText("Selection"));
+    QMenu *selection = addMenu(QCoreApplication::translate("qdb", "Selection"));
     selection->setObjectName(QStringLiteral("selection"));
     const TMultiSelections offered = grid_->GetMultiSelectOptions();
     const struct
@@ -120,8 +115,8 @@ void TQDBToolMenu::addSelection()
         TMultiSelection mode;
         const char *name;
         const char *text;
-    } modes[] = {{msRows, "selectRows", "Select Rows"}, {msCols, "selectColumns", "Select Columns"},
-                 {msCells, "selectCells", "Select Cells"}};
+    } modes[] = {{msRows, "selectRows", QT_TRANSLATE_NOOP("qdb", "Select Rows")}, {msCols, "selectColumns", QT_TRANSLATE_NOOP("qdb", "Select Columns")},
+                 {msCells, "selectCells", QT_TRANSLATE_NOOP("qdb", "Select Cells")}};
     int count = 0;
     for (const auto &m : modes)
         count += offered.Contains(m.mode) ? 1 : 0;
@@ -130,7 +125,7 @@ void TQDBToolMenu::addSelection()
         for (const auto &m : modes) {
             if (!offered.Contains(m.mode))
                 continue;
-            QAction *item = add(selection, m.name, uiText(m.text), true, [this, mode = m.mode] { grid_->SetMultiSelect(mode); });
+            QAction *item = add(selection, m.name, QCoreApplication::translate("qdb", m.text), true, [this, mode = m.mode] { grid_->SetMultiSelect(mode); });
             item->setCheckable(true);
             item->setChecked(grid_->GetMultiSelect() == m.mode);
             group->addAction(item);
@@ -139,8 +134,8 @@ void TQDBToolMenu::addSelection()
     }
     const bool active = grid_->DataLink()->Active();
     const bool any = grid_->SelectedRows().Count() > 0 || grid_->SelectedCols().Count() > 0;
-    add(selection, "selectAll", uiText("Select All"), active, [this] { grid_->SelectAll(); });
-    add(selection, "clearSelection", uiText("Clear Selection"), active && any, [this] { grid_->ClearSelection(); });
+    add(selection, "selectAll", QCoreApplication::translate("qdb", "Select All"), active, [this] { grid_->SelectAll(); });
+    add(selection, "clearSelection", QCoreApplication::translate("qdb", "Clear Selection"), active && any, [this] { grid_->ClearSelection(); });
 }
 
 void TQDBToolMenu::addLayout()
@@ -155,11 +150,11 @@ void TQDBToolMenu::addLayout()
             // a store that cannot be read has nothing to load or erase
         }
     }
-    add(this, "saveLayout", uiText("Save Layout"), named, [settings] { settings->SaveLayout(); });
-    add(this, "loadLayout", uiText("Load Layout"), stored, [settings] { settings->LoadLayout(); });
-    add(this, "eraseLayout", uiText("Erase Layout"), stored, [settings] { settings->EraseLayout(); });
-    add(this, "saveLayoutAs", uiText("Save Layout As..."), named, [this] { saveLayoutAs(); });
-    add(this, "openLayout", uiText("Open Layout..."), named, [this] { openLayout(); });
+    add(this, "saveLayout", QCoreApplication::translate("qdb", "Save Layout"), named, [settings] { settings->SaveLayout(); });
+    add(this, "loadLayout", QCoreApplication::translate("qdb", "Load Layout"), stored, [settings] { settings->LoadLayout(); });
+    add(this, "eraseLayout", QCoreApplication::translate("qdb", "Erase Layout"), stored, [settings] { settings->EraseLayout(); });
+    add(this, "saveLayoutAs", QCoreApplication::translate("qdb", "Save Layout As..."), named, [this] { saveLayoutAs(); });
+    add(this, "openLayout", QCoreApplication::translate("qdb", "Open Layout..."), named, [this] { openLayout(); });
     if (!settings->GetOptions().Contains(soUserSettings))
         return;
     addSeparator();
@@ -168,11 +163,11 @@ void TQDBToolMenu::addLayout()
         TQSettingsOption option;
         const char *name;
         const char *text;
-    } switches[] = {{soLoadLayout, "autoLoadLayout", "Load Layout at Start"},
-                    {soSaveLayout, "autoSaveLayout", "Save Layout at Exit"}};
+    } switches[] = {{soLoadLayout, "autoLoadLayout", QT_TRANSLATE_NOOP("qdb", "Load Layout at Start")},
+                    {soSaveLayout, "autoSaveLayout", QT_TRANSLATE_NOOP("qdb", "Save Layout at Exit")}};
     for (const auto &s : switches) {
         const bool on = settings->GetOptions().Contains(s.option);
-        QAction *item = add(this, s.name, uiText(s.text), true, [settings, s, on] { settings->SwitchOptions({s.option}, !on); });
+        QAction *item = add(this, s.name, QCoreApplication::translate("qdb", s.text), true, [settings, s, on] { settings->SwitchOptions({s.option}, !on); });
         item->setCheckable(true);
         item->setChecked(on);
     }
@@ -180,7 +175,7 @@ void TQDBToolMenu::addLayout()
 
 void TQDBToolMenu::saveLayoutAs()
 {
-    const QString file = QFileDialog::getSaveFileName(grid_, uiText("Save Layout"), QString(), settingsFilter());
+    const QString file = QFileDialog::getSaveFileName(grid_, QCoreApplication::translate("qdb", "Save Layout"), QString(), settingsFilter());
     if (file.isEmpty())
         return;
     TIniFile ini(file);
@@ -189,7 +184,7 @@ void TQDBToolMenu::saveLayoutAs()
 
 void TQDBToolMenu::openLayout()
 {
-    const QString file = QFileDialog::getOpenFileName(grid_, uiText("Open Layout"), QString(), settingsFilter());
+    const QString file = QFileDialog::getOpenFileName(grid_, QCoreApplication::translate("qdb", "Open Layout"), QString(), settingsFilter());
     if (file.isEmpty())
         return;
     TIniFile ini(file);

@@ -6,22 +6,22 @@ QString ClauseCaption(TQDBGridFilterClause clause)
 {
     switch (clause) {
     case fcNoFilter: return QString();
-    case fcContains: return tr("contains");
-    case fcDoesNotContain: return tr("does not contain");
-    case fcStartsFrom: return tr("starts from");
-    case fcDoesNotStartFrom: return tr("does not start from");
-    case fcEndsWith: return tr("ends with");
-    case fcDoesNotEndWith: return tr("does not end with");
-    case fcIsEqual: return tr("is equal");
-    case fcIsNotEqual: return tr("is not equal");
-    case fcIsGreaterThen: return tr("is greater then");
-    case fcIsGreaterThenOrEqual: return tr("is greater then or equal");
-    case fcIsLessThen: return tr("is less then");
-    case fcIsLessThenOrEqual: return tr("is less then or equal");
-    case fcIsOnTheList: return tr("is on the list");
-    case fcIsNotOnTheList: return tr("is not on the list");
-    case fcIsEmpty: return tr("is empty");
-    case fcIsNotEmpty: return tr("is not empty");
+    case fcContains: return QCoreApplication::translate("qdb", "contains");
+    case fcDoesNotContain: return QCoreApplication::translate("qdb", "does not contain");
+    case fcStartsFrom: return QCoreApplication::translate("qdb", "starts from");
+    case fcDoesNotStartFrom: return QCoreApplication::translate("qdb", "does not start from");
+    case fcEndsWith: return QCoreApplication::translate("qdb", "ends with");
+    case fcDoesNotEndWith: return QCoreApplication::translate("qdb", "does not end with");
+    case fcIsEqual: return QCoreApplication::translate("qdb", "is equal");
+    case fcIsNotEqual: return QCoreApplication::translate("qdb", "is not equal");
+    case fcIsGreaterThen: return QCoreApplication::translate("qdb", "is greater then");
+    case fcIsGreaterThenOrEqual: return QCoreApplication::translate("qdb", "is greater then or equal");
+    case fcIsLessThen: return QCoreApplication::translate("qdb", "is less then");
+    case fcIsLessThenOrEqual: return QCoreApplication::translate("qdb", "is less then or equal");
+    case fcIsOnTheList: return QCoreApplication::translate("qdb", "is on the list");
+    case fcIsNotOnTheList: return QCoreApplication::translate("qdb", "is not on the list");
+    case fcIsEmpty: return QCoreApplication::translate("qdb", "is empty");
+    case fcIsNotEmpty: return QCoreApplication::translate("qdb", "is not empty");
     }
     return QString();
 }
@@ -51,7 +51,7 @@ QString ClauseTemplate(int index)
     };
     if (index < 0 || index >= int(std::size(templates)))
         return QString();
-    return index == 0 ? QString() : tr(templates[index]);
+    return QString::fromLatin1(templates[index]); // written for the data set: never translated
 }
 
 } // namespace qdb::FilterConsts

@@ -11,7 +11,6 @@
 namespace qdb {
 
 namespace FilterConsts {
-inline QString tr(const char *text) { return QCoreApplication::translate("qdb", text); }
 
 // One per clause from fcContains on; fcNoFilter has none.
 QString ClauseCaption(TQDBGridFilterClause clause);
@@ -19,10 +18,10 @@ QString ClauseCaption(TQDBGridFilterClause clause);
 // fcIsEmpty and fcIsNotEmpty). Arguments: field name, value text, any-text wildcard.
 QString ClauseTemplate(int index);
 
-inline QString SInvalidFilterExpression() { return tr("Invalid filter expression: %s"); }
-inline QString SAnyCharSymbol() { return tr("Symbol %s replaces any character"); }
-inline QString SAnyTextSymbol() { return tr("Symbol %s replaces any text string"); }
-inline QString SSelectPeriod() { return tr("Select period"); }
+inline QString SInvalidFilterExpression() { return QCoreApplication::translate("qdb", "Invalid filter expression: %s"); }
+inline QString SAnyCharSymbol() { return QCoreApplication::translate("qdb", "Symbol %s replaces any character"); }
+inline QString SAnyTextSymbol() { return QCoreApplication::translate("qdb", "Symbol %s replaces any text string"); }
+inline QString SSelectPeriod() { return QCoreApplication::translate("qdb", "Select period"); }
 
 // The wildcards of LIKE: fixed, not settings.
 inline constexpr char AnyCharSymbol = '_';

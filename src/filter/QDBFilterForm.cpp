@@ -31,7 +31,6 @@
 namespace qdb {
 
 namespace {
-using FilterConsts::tr;
 
 // The column's saved state lives on the column while the program runs.
 constexpr const char *StateProperty = "qdbFilterFormState";
@@ -58,7 +57,7 @@ bool isNumberType(TFieldType t)
 
 TQDBGridFilterForm::TQDBGridFilterForm(QWidget *parent) : QDialog(parent)
 {
-    setWindowTitle(tr("Select filter"));
+    setWindowTitle(QCoreApplication::translate("qdb", "Select filter"));
     setWindowFlags(Qt::Dialog | Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint);
     QFont small = font();
     small.setPixelSize(11);
@@ -85,7 +84,7 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
     resize(368, 200);
     Heading = new QLabel(this);
     Heading->setGeometry(16, 16, 337, 16);
-    Heading->setText(tr("Show the rows in which the field %s").replace(QLatin1String("%s"), column->GetTitle()->GetCaption()));
+    Heading->setText(QCoreApplication::translate("qdb", "Show the rows in which the field %s").replace(QLatin1String("%s"), column->GetTitle()->GetCaption()));
     for (int top : {32, 144}) {
         auto *line = new QFrame(this);
         line->setFrameShape(QFrame::HLine);
@@ -116,14 +115,14 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
     ClauseList1 = makeClauses("ClauseList1", 48);
     ValuesList1 = makeValues("ValuesList1", 48);
     ListButton1 = makeButton(1, 47);
-    RadioButton1 = new QRadioButton(tr("AND"), this);
+    RadioButton1 = new QRadioButton(QCoreApplication::translate("qdb", "AND"), this);
     RadioButton1->setObjectName(QStringLiteral("RadioButton1"));
     RadioButton1->setGeometry(16, 80, 77, 17);
     RadioButton1->setChecked(true);
-    RadioButton2 = new QRadioButton(tr("OR"), this);
+    RadioButton2 = new QRadioButton(QCoreApplication::translate("qdb", "OR"), this);
     RadioButton2->setObjectName(QStringLiteral("RadioButton2"));
     RadioButton2->setGeometry(100, 80, 77, 17);
-    NOTCheckBox = new QCheckBox(tr("Reverse filter conditions"), this);
+    NOTCheckBox = new QCheckBox(QCoreApplication::translate("qdb", "Reverse filter conditions"), this);
     NOTCheckBox->setObjectName(QStringLiteral("NOTCheckBox"));
     NOTCheckBox->setGeometry(192, 80, 161, 17);
     ClauseList2 = makeClauses("ClauseList2", 108);
@@ -131,9 +130,9 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
     ListButton2 = makeButton(2, 107);
 
     // Dates and times pick a period; other fields are told the wildcards.
-    SymbolLabel1 = new QLabel(tr("Symbol %s replaces any character").replace(QLatin1String("%s"), QString(QLatin1Char(FilterConsts::AnyCharSymbol))), this);
+    SymbolLabel1 = new QLabel(QCoreApplication::translate("qdb", "Symbol %s replaces any character").replace(QLatin1String("%s"), QString(QLatin1Char(FilterConsts::AnyCharSymbol))), this);
     SymbolLabel1->setGeometry(16, 156, 161, 14);
-    SymbolLabel2 = new QLabel(tr("Symbol %s replaces any text string").replace(QLatin1String("%s"), QString(QLatin1Char(FilterConsts::AnyTextSymbol))), this);
+    SymbolLabel2 = new QLabel(QCoreApplication::translate("qdb", "Symbol %s replaces any text string").replace(QLatin1String("%s"), QString(QLatin1Char(FilterConsts::AnyTextSymbol))), this);
     SymbolLabel2->setGeometry(16, 172, 161, 14);
     PeriodList = new QComboBox(this);
     PeriodList->setObjectName(QStringLiteral("PeriodList"));
@@ -144,11 +143,11 @@ void TQDBGridFilterForm::CreateControls(TQColumn *column)
     SymbolLabel1->setVisible(!dates);
     SymbolLabel2->setVisible(!dates);
 
-    auto *ok = new QPushButton(tr("OK"), this);
+    auto *ok = new QPushButton(QCoreApplication::translate("qdb", "OK"), this);
     ok->setGeometry(196, 160, 75, 25);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    auto *cancel = new QPushButton(tr("Cancel"), this);
+    auto *cancel = new QPushButton(QCoreApplication::translate("qdb", "Cancel"), this);
     cancel->setGeometry(278, 160, 75, 25);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
@@ -369,7 +368,7 @@ void TQDBGridFilterForm::SetListButtonStyle(TQColumnButtonStyle style)
     for (QToolButton *button : {ListButton1, ListButton2}) {
         if (!button)
             continue;
-        button->setToolTip(calendarButtons() ? tr("Show calendar") : tr("Show calculator"));
+        button->setToolTip(calendarButtons() ? QCoreApplication::translate("qdb", "Show calendar") : QCoreApplication::translate("qdb", "Show calculator"));
         button->setVisible(listButtons());
     }
 }
@@ -399,7 +398,7 @@ void TQDBGridFilterForm::ClearConditions()
 void TQDBGridFilterForm::contextMenuEvent(QContextMenuEvent *event)
 {
     QMenu menu(this);
-    menu.addAction(tr("Clear conditions"), this, &TQDBGridFilterForm::ClearConditions);
+    menu.addAction(QCoreApplication::translate("qdb", "Clear conditions"), this, &TQDBGridFilterForm::ClearConditions);
     menu.exec(event->globalPos());
 }
 

@@ -37,18 +37,19 @@ TQDBPopupFilterList::TQDBPopupFilterList(QWidget *owner) : TQDBPopupList(owner)
     setObjectName(QStringLiteral("PopupFilterList"));
     SetCheckList(true);
     SetOptions(GetOptions() + TQDBGridOptions{dgTitles});
-    const char *captions[] = {"Remove filter", "Select filter...", "Add selected"};
+    const char *captions[] = {QT_TRANSLATE_NOOP("qdb", "Remove filter"), QT_TRANSLATE_NOOP("qdb", "Select filter..."),
+                              QT_TRANSLATE_NOOP("qdb", "Add selected")};
     for (int i = 0; i < 3; ++i) {
         auto *button = new QToolButton(this);
-        button->setText(FilterConsts::tr(captions[i]));
+        button->setText(QCoreApplication::translate("qdb", captions[i]));
         button->setAutoRaise(true);
         button->setFocusPolicy(Qt::NoFocus);
         button->hide();
         connect(button, &QToolButton::clicked, this, [this, i] { TitleClick(i); });
         commands_[i] = button;
     }
-    ok_ = new QPushButton(FilterConsts::tr("OK"), this);
-    cancel_ = new QPushButton(FilterConsts::tr("Cancel"), this);
+    ok_ = new QPushButton(QCoreApplication::translate("qdb", "OK"), this);
+    cancel_ = new QPushButton(QCoreApplication::translate("qdb", "Cancel"), this);
     for (QPushButton *button : {ok_, cancel_}) {
         button->setFixedSize(ButtonSize);
         button->setFocusPolicy(Qt::NoFocus);
@@ -185,7 +186,7 @@ void TQDBPopupFilterList::updateTitles()
     TQColumn *values = GetColumns()->Items(0);
     QString caption = valuesCaption_;
     if (loadAll_)
-        caption = FilterConsts::tr("%1 (all rows)").arg(caption);
+        caption = QCoreApplication::translate("qdb", "%1 (all rows)").arg(caption);
     if (!search_.isEmpty())
         caption = QStringLiteral("%1: %2").arg(caption, search_);
     values->GetTitle()->SetCaption(caption);
@@ -407,7 +408,7 @@ int TQDBPopupFilterList::PasteFromClipboard()
     const int ticked = CheckedCount() - before;
     SelectedRowsChanged();
     // What came of it, where the user looks.
-    QToolTip::showText(mapToGlobal(QPoint(0, 0)), FilterConsts::tr("%1 values ticked").arg(ticked), this);
+    QToolTip::showText(mapToGlobal(QPoint(0, 0)), QCoreApplication::translate("qdb", "%1 values ticked").arg(ticked), this);
     return ticked;
 }
 
@@ -670,7 +671,7 @@ bool TQDBGridFilterList::readPage(bool first, int limit, const Variant *until)
             const TFieldValueScope shown(field, v.Value);
             QString listValue = column->GetDisplayText();
             if (listValue.isEmpty())
-                listValue = FilterConsts::tr("(Empty)");
+                listValue = QCoreApplication::translate("qdb", "(Empty)");
             const QString key = field->Text();
             // The database's order stands: lines are numbered as read. Values it tells apart
             // that read the same (NULL and an empty text) are one line, as in the walk.
@@ -715,7 +716,7 @@ void TQDBGridFilterList::walk()
             const QString keyValue = key->Text();
             QString listValue = column->GetDisplayText();
             if (listValue.isEmpty())
-                listValue = FilterConsts::tr("(Empty)");
+                listValue = QCoreApplication::translate("qdb", "(Empty)");
             if (!narrow_.isEmpty() && !listValue.startsWith(narrow_, Qt::CaseInsensitive))
                 continue;
             QString order = GetFilterOrder(field);
@@ -822,7 +823,7 @@ void TQDBGridFilterList::DoDropDown()
         values->SetWidth(qMax(column->GetWidth(), 80));
         TQColumn *count = popup->GetColumns()->Add();
         count->SetFieldName(TQDBFilterData::CountFieldName());
-        count->GetTitle()->SetCaption(FilterConsts::tr("Rows"));
+        count->GetTitle()->SetCaption(QCoreApplication::translate("qdb", "Rows"));
     }
     popup->updateTitles();
     LoadFilterList();

@@ -12,7 +12,6 @@ namespace qdb {
 
 namespace {
 
-using FilterConsts::tr;
 
 // A unit of time: where the current one starts, and a step of n units.
 struct Unit
@@ -55,19 +54,19 @@ bool unitOf(TQDBGridFilterPeriod group, Unit &unit)
 QStringList standardCaptions(TQDBGridFilterPeriod group)
 {
     switch (group) {
-    case fpMinute: return {tr("Past minute"), tr("From start of this minute"), tr("This minute"), tr("To the end of this minute"), tr("Next minute")};
-    case fp10Mins: return {tr("Past 10 mins"), tr("From start of this 10 mins"), tr("This 10 mins"), tr("To the end of this 10 mins"), tr("Next 10 mins")};
-    case fp15Mins: return {tr("Past 15 mins"), tr("From start of this 15 mins"), tr("This 15 mins"), tr("To the end of this 15 mins"), tr("Next 15 mins")};
-    case fp20Mins: return {tr("Past 20 mins"), tr("From start of this 20 mins"), tr("This 20 mins"), tr("To the end of this 20 mins"), tr("Next 20 mins")};
-    case fp30Mins: return {tr("Past 30 mins"), tr("From start of this 30 mins"), tr("This 30 mins"), tr("To the end of this 30 mins"), tr("Next 30 mins")};
-    case fpHour: return {tr("Past hour"), tr("From start of this hour"), tr("This hour"), tr("To the end of this hour"), tr("Next hour")};
-    case fpDay: return {tr("Yesterday"), tr("From start of this day"), tr("Today"), tr("To the end of this day"), tr("Tomorrow")};
-    case fpWeek: return {tr("Past week"), tr("From start of this week"), tr("This week"), tr("To the end of this week"), tr("Next week")};
-    case fpMonth: return {tr("Past month"), tr("From start of this month"), tr("This month"), tr("To the end of this month"), tr("Next month")};
-    case fpQuarter: return {tr("Past quarter"), tr("From start of this quarter"), tr("This quarter"), tr("To the end of this quarter"), tr("Next quarter")};
-    case fpSemester: return {tr("Past semester"), tr("From start of this semester"), tr("This semester"), tr("To the end of this semester"), tr("Next semester")};
-    case fpYear: return {tr("Past year"), tr("From start of this year"), tr("This year"), tr("To the end of this year"), tr("Next year")};
-    case fpDecade: return {tr("Past decade"), tr("From start of this decade"), tr("This decade"), tr("To the end of this decade"), tr("Next decade")};
+    case fpMinute: return {QCoreApplication::translate("qdb", "Past minute"), QCoreApplication::translate("qdb", "From start of this minute"), QCoreApplication::translate("qdb", "This minute"), QCoreApplication::translate("qdb", "To the end of this minute"), QCoreApplication::translate("qdb", "Next minute")};
+    case fp10Mins: return {QCoreApplication::translate("qdb", "Past 10 mins"), QCoreApplication::translate("qdb", "From start of this 10 mins"), QCoreApplication::translate("qdb", "This 10 mins"), QCoreApplication::translate("qdb", "To the end of this 10 mins"), QCoreApplication::translate("qdb", "Next 10 mins")};
+    case fp15Mins: return {QCoreApplication::translate("qdb", "Past 15 mins"), QCoreApplication::translate("qdb", "From start of this 15 mins"), QCoreApplication::translate("qdb", "This 15 mins"), QCoreApplication::translate("qdb", "To the end of this 15 mins"), QCoreApplication::translate("qdb", "Next 15 mins")};
+    case fp20Mins: return {QCoreApplication::translate("qdb", "Past 20 mins"), QCoreApplication::translate("qdb", "From start of this 20 mins"), QCoreApplication::translate("qdb", "This 20 mins"), QCoreApplication::translate("qdb", "To the end of this 20 mins"), QCoreApplication::translate("qdb", "Next 20 mins")};
+    case fp30Mins: return {QCoreApplication::translate("qdb", "Past 30 mins"), QCoreApplication::translate("qdb", "From start of this 30 mins"), QCoreApplication::translate("qdb", "This 30 mins"), QCoreApplication::translate("qdb", "To the end of this 30 mins"), QCoreApplication::translate("qdb", "Next 30 mins")};
+    case fpHour: return {QCoreApplication::translate("qdb", "Past hour"), QCoreApplication::translate("qdb", "From start of this hour"), QCoreApplication::translate("qdb", "This hour"), QCoreApplication::translate("qdb", "To the end of this hour"), QCoreApplication::translate("qdb", "Next hour")};
+    case fpDay: return {QCoreApplication::translate("qdb", "Yesterday"), QCoreApplication::translate("qdb", "From start of this day"), QCoreApplication::translate("qdb", "Today"), QCoreApplication::translate("qdb", "To the end of this day"), QCoreApplication::translate("qdb", "Tomorrow")};
+    case fpWeek: return {QCoreApplication::translate("qdb", "Past week"), QCoreApplication::translate("qdb", "From start of this week"), QCoreApplication::translate("qdb", "This week"), QCoreApplication::translate("qdb", "To the end of this week"), QCoreApplication::translate("qdb", "Next week")};
+    case fpMonth: return {QCoreApplication::translate("qdb", "Past month"), QCoreApplication::translate("qdb", "From start of this month"), QCoreApplication::translate("qdb", "This month"), QCoreApplication::translate("qdb", "To the end of this month"), QCoreApplication::translate("qdb", "Next month")};
+    case fpQuarter: return {QCoreApplication::translate("qdb", "Past quarter"), QCoreApplication::translate("qdb", "From start of this quarter"), QCoreApplication::translate("qdb", "This quarter"), QCoreApplication::translate("qdb", "To the end of this quarter"), QCoreApplication::translate("qdb", "Next quarter")};
+    case fpSemester: return {QCoreApplication::translate("qdb", "Past semester"), QCoreApplication::translate("qdb", "From start of this semester"), QCoreApplication::translate("qdb", "This semester"), QCoreApplication::translate("qdb", "To the end of this semester"), QCoreApplication::translate("qdb", "Next semester")};
+    case fpYear: return {QCoreApplication::translate("qdb", "Past year"), QCoreApplication::translate("qdb", "From start of this year"), QCoreApplication::translate("qdb", "This year"), QCoreApplication::translate("qdb", "To the end of this year"), QCoreApplication::translate("qdb", "Next year")};
+    case fpDecade: return {QCoreApplication::translate("qdb", "Past decade"), QCoreApplication::translate("qdb", "From start of this decade"), QCoreApplication::translate("qdb", "This decade"), QCoreApplication::translate("qdb", "To the end of this decade"), QCoreApplication::translate("qdb", "Next decade")};
     default: return {};
     }
 }
@@ -77,27 +76,27 @@ QStringList standardCaptions(TQDBGridFilterPeriod group)
 QString FilterPeriodCaption(TQDBGridFilterPeriod group)
 {
     switch (group) {
-    case fpMinute: return tr("Minute");
-    case fp10Mins: return tr("10 minutes");
-    case fp15Mins: return tr("15 minutes");
-    case fp20Mins: return tr("20 minutes");
-    case fp30Mins: return tr("30 minutes");
-    case fpHour: return tr("Hour");
-    case fpHours: return tr("Hours");
-    case fpDay: return tr("Day");
-    case fpDays: return tr("Days");
-    case fpWeek: return tr("Week");
-    case fpWeeks: return tr("Weeks");
-    case fpMonth: return tr("Month");
-    case fpMonths: return tr("Months");
-    case fpQuarter: return tr("Quarter");
-    case fpQuarters: return tr("Quarters");
-    case fpSemester: return tr("Semester");
-    case fpSemesters: return tr("Semesters");
-    case fpYear: return tr("Year");
-    case fpYears: return tr("Years");
-    case fpDecade: return tr("Decade");
-    case fpDecades: return tr("Decades");
+    case fpMinute: return QCoreApplication::translate("qdb", "Minute");
+    case fp10Mins: return QCoreApplication::translate("qdb", "10 minutes");
+    case fp15Mins: return QCoreApplication::translate("qdb", "15 minutes");
+    case fp20Mins: return QCoreApplication::translate("qdb", "20 minutes");
+    case fp30Mins: return QCoreApplication::translate("qdb", "30 minutes");
+    case fpHour: return QCoreApplication::translate("qdb", "Hour");
+    case fpHours: return QCoreApplication::translate("qdb", "Hours");
+    case fpDay: return QCoreApplication::translate("qdb", "Day");
+    case fpDays: return QCoreApplication::translate("qdb", "Days");
+    case fpWeek: return QCoreApplication::translate("qdb", "Week");
+    case fpWeeks: return QCoreApplication::translate("qdb", "Weeks");
+    case fpMonth: return QCoreApplication::translate("qdb", "Month");
+    case fpMonths: return QCoreApplication::translate("qdb", "Months");
+    case fpQuarter: return QCoreApplication::translate("qdb", "Quarter");
+    case fpQuarters: return QCoreApplication::translate("qdb", "Quarters");
+    case fpSemester: return QCoreApplication::translate("qdb", "Semester");
+    case fpSemesters: return QCoreApplication::translate("qdb", "Semesters");
+    case fpYear: return QCoreApplication::translate("qdb", "Year");
+    case fpYears: return QCoreApplication::translate("qdb", "Years");
+    case fpDecade: return QCoreApplication::translate("qdb", "Decade");
+    case fpDecades: return QCoreApplication::translate("qdb", "Decades");
     default: return QString();
     }
 }
@@ -126,14 +125,14 @@ QList<TQFilterPeriodItem> FilterPeriodItems(TQDBGridFilterPeriod group, TDateTim
         }
         break;
     case fpQuarters: {
-        const QStringList names = {tr("First quarter"), tr("Second quarter"), tr("Third quarter"), tr("Fourth quarter")};
+        const QStringList names = {QCoreApplication::translate("qdb", "First quarter"), QCoreApplication::translate("qdb", "Second quarter"), QCoreApplication::translate("qdb", "Third quarter"), QCoreApplication::translate("qdb", "Fourth quarter")};
         for (int q = 0; q < 4; ++q)
             items << TQFilterPeriodItem{names[q], IncMonth(StartOfTheYear(now), 3 * q), IncMonth(StartOfTheYear(now), 3 * q + 3)};
         break;
     }
     case fpSemesters:
-        items << TQFilterPeriodItem{tr("First semester"), StartOfTheYear(now), IncMonth(StartOfTheYear(now), 6)}
-              << TQFilterPeriodItem{tr("Second semester"), IncMonth(StartOfTheYear(now), 6), IncMonth(StartOfTheYear(now), 12)};
+        items << TQFilterPeriodItem{QCoreApplication::translate("qdb", "First semester"), StartOfTheYear(now), IncMonth(StartOfTheYear(now), 6)}
+              << TQFilterPeriodItem{QCoreApplication::translate("qdb", "Second semester"), IncMonth(StartOfTheYear(now), 6), IncMonth(StartOfTheYear(now), 12)};
         break;
     default:
         // Days, weeks, months, years and decades: three before the current one to three after.

@@ -15,13 +15,6 @@
 
 namespace qdb {
 
-namespace {
-QString translated(const char *text)
-{
-    return QApplication::translate("qdb", text);
-}
-} // namespace
-
 TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), grid_(grid)
 {
     setObjectName(QStringLiteral("SearchPanel"));
@@ -32,14 +25,14 @@ TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), g
 
     const auto button = [&](TButton which, const char *hint, QStyle::StandardPixmap icon) {
         auto *b = new QToolButton(this);
-        b->setToolTip(translated(hint));
+        b->setToolTip(QCoreApplication::translate("qdb", hint));
         b->setIcon(style()->standardIcon(icon, nullptr, this));
         b->setAutoRaise(true);
         b->setFocusPolicy(Qt::NoFocus);
         buttons_[which] = b;
         return b;
     };
-    layout->addWidget(button(sbClose, "Close search (Esc)", QStyle::SP_TitleBarCloseButton));
+    layout->addWidget(button(sbClose, QT_TRANSLATE_NOOP("qdb", "Close search (Esc)"), QStyle::SP_TitleBarCloseButton));
     connect(buttons_[sbClose], &QToolButton::clicked, grid_, &TQCustomDBGrid::CloseSearchPanel);
 
     box_ = new QComboBox(this);
@@ -59,10 +52,10 @@ TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), g
         const char *hint;
         QStyle::StandardPixmap icon;
         TQSearchMode mode;
-    } searches[] = {{sbFirst, "Find first (Ctrl+F3)", QStyle::SP_MediaSkipBackward, smFirst},
-                    {sbLast, "Find last (Alt+F3)", QStyle::SP_MediaSkipForward, smLast},
-                    {sbDown, "Search down (F3)", QStyle::SP_ArrowDown, smNext},
-                    {sbUp, "Search up (Shift+F3)", QStyle::SP_ArrowUp, smPrev}};
+    } searches[] = {{sbFirst, QT_TRANSLATE_NOOP("qdb", "Find first (Ctrl+F3)"), QStyle::SP_MediaSkipBackward, smFirst},
+                    {sbLast, QT_TRANSLATE_NOOP("qdb", "Find last (Alt+F3)"), QStyle::SP_MediaSkipForward, smLast},
+                    {sbDown, QT_TRANSLATE_NOOP("qdb", "Search down (F3)"), QStyle::SP_ArrowDown, smNext},
+                    {sbUp, QT_TRANSLATE_NOOP("qdb", "Search up (Shift+F3)"), QStyle::SP_ArrowUp, smPrev}};
     for (const auto &s : searches) {
         layout->addWidget(button(s.which, s.hint, s.icon));
         const TQSearchMode mode = s.mode;
@@ -74,10 +67,10 @@ TQDBGridSearchPanel::TQDBGridSearchPanel(TQCustomDBGrid *grid) : QFrame(grid), g
     {
         TQSearchOption option;
         const char *caption;
-    } items[] = {{soCaseSensitive, "&Case sensitive"}, {soWholeWords, "&Whole words"}, {soWrapAround, "W&rap around"},
-                 {soCurrentCol, "C&urrent column"},    {soFilterRows, "&Filter rows"}};
+    } items[] = {{soCaseSensitive, QT_TRANSLATE_NOOP("qdb", "&Case sensitive")}, {soWholeWords, QT_TRANSLATE_NOOP("qdb", "&Whole words")}, {soWrapAround, QT_TRANSLATE_NOOP("qdb", "W&rap around")},
+                 {soCurrentCol, QT_TRANSLATE_NOOP("qdb", "C&urrent column")},    {soFilterRows, QT_TRANSLATE_NOOP("qdb", "&Filter rows")}};
     for (const auto &item : items) {
-        QAction *action = menu->addAction(translated(item.caption));
+        QAction *action = menu->addAction(QCoreApplication::translate("qdb", item.caption));
         action->setCheckable(true);
         const TQSearchOption option = item.option;
         connect(action, &QAction::toggled, this, [this, option](bool on) {

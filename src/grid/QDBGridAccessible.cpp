@@ -14,11 +14,6 @@ namespace qdb {
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("qdb::TQDBGridAccessible", text);
-}
-
 class GridAccessible;
 
 // One cell of the table: a header line or a caption of the title band, a data cell, or a
@@ -91,7 +86,7 @@ public:
     int childCount() const override;
     int indexOfChild(const QAccessibleInterface *child) const override;
     QAccessibleInterface *childAt(int, int) const override { return nullptr; }
-    QString text(QAccessible::Text t) const override { return t == QAccessible::Name ? tr("Totals") : QString(); }
+    QString text(QAccessible::Text t) const override { return t == QAccessible::Name ? QCoreApplication::translate("qdb::TQDBGridAccessible", "Totals") : QString(); }
     void setText(QAccessible::Text, const QString &) override {}
     QRect rect() const override;
     QAccessible::Role role() const override { return QAccessible::Footer; }
@@ -397,8 +392,8 @@ QString GridCell::text(QAccessible::Text t) const
     TQCustomDBGrid *g = grid();
     if (t == QAccessible::Description && kind_ == Caption) {
         switch (c->GetTitle()->GetMarker()) {
-        case QDBGridTypes::tmAscend: return tr("Sorted ascending");
-        case QDBGridTypes::tmDescend: return tr("Sorted descending");
+        case QDBGridTypes::tmAscend: return QCoreApplication::translate("qdb::TQDBGridAccessible", "Sorted ascending");
+        case QDBGridTypes::tmDescend: return QCoreApplication::translate("qdb::TQDBGridAccessible", "Sorted descending");
         default: return {};
         }
     }

@@ -2,6 +2,7 @@
 
 #include "ExplorerWindow.h"
 
+#include "platform/dbctrls/DBNavigator.h"
 #include "platform/rtl/Dialogs.h"
 #include "editors/QDBCalendar.h"
 #include "editors/QDBDropDown.h"
@@ -20,6 +21,7 @@
 #include "TestSupport.h"
 
 #include <QAction>
+#include <QMenuBar>
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
@@ -701,4 +703,22 @@ TEST(Explorer, ADamagedFileIsToldByNameAndAnotherOpens)
 
     EXPECT_TRUE(window.TryOpenDatabase(QStringLiteral(QDB_SAMPLE_DB)));
     EXPECT_TRUE(window.Grid()->DataSet()->Active());
+}
+
+TEST(Explorer, SpeaksGermanWhereTheSystemDoes)
+{
+    explorer::ExplorerWindow::InstallTranslations(QLocale(QLocale::German, QLocale::Austria));
+    {
+        explorer::ExplorerWindow window;
+        window.OpenDatabase(QStringLiteral(QDB_SAMPLE_DB), QStringLiteral("orders"));
+        QStringList menus;
+        for (QAction *menu : window.menuBar()->actions())
+            menus << menu->text();
+        EXPECT_EQ(menus, QStringList({"&Datei", "&Ansicht"}));
+        // The grid's own texts come in German too.
+        EXPECT_EQ(TDBNavigator::DefaultHint(nbLast), QStringLiteral("Letzter Datensatz"));
+    }
+    explorer::ExplorerWindow::InstallTranslations(QLocale::c());
+    explorer::ExplorerWindow window;
+    EXPECT_EQ(window.menuBar()->actions().value(0)->text(), QStringLiteral("&File"));
 }

@@ -131,9 +131,9 @@ TDBNavigator::~TDBNavigator()
 
 QString TDBNavigator::DefaultHint(TNavigateBtn button)
 {
-    static const char *const hints[] = {"First record", "Prior record", "Next record", "Last record",
-                                        "Insert record", "Delete record", "Edit record", "Post edit",
-                                        "Cancel edit", "Refresh data", "Apply updates", "Cancel updates"};
+    static const char *const hints[] = {QT_TRANSLATE_NOOP("qdb", "First record"), QT_TRANSLATE_NOOP("qdb", "Prior record"), QT_TRANSLATE_NOOP("qdb", "Next record"), QT_TRANSLATE_NOOP("qdb", "Last record"),
+                                        QT_TRANSLATE_NOOP("qdb", "Insert record"), QT_TRANSLATE_NOOP("qdb", "Delete record"), QT_TRANSLATE_NOOP("qdb", "Edit record"), QT_TRANSLATE_NOOP("qdb", "Post edit"),
+                                        QT_TRANSLATE_NOOP("qdb", "Cancel edit"), QT_TRANSLATE_NOOP("qdb", "Refresh data"), QT_TRANSLATE_NOOP("qdb", "Apply updates"), QT_TRANSLATE_NOOP("qdb", "Cancel updates")};
     return QCoreApplication::translate("qdb", hints[button]);
 }
 

@@ -12,11 +12,6 @@ namespace qdb {
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("qdb", text);
-}
-
 // Every read is a short statement of its own: no cursor, no transaction left open.
 class QtSource : public SQLRowSource
 {
@@ -41,7 +36,7 @@ protected:
             ok = ok && q.exec();
         }
         if (!ok)
-            SQLError(tr("The query failed"), q.lastError());
+            SQLError(QCoreApplication::translate("qdb", "The query failed"), q.lastError());
         return q;
     }
 

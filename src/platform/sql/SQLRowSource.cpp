@@ -18,11 +18,6 @@ Q_LOGGING_CATEGORY(lcSql, "qdb.sql", QtWarningMsg)
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("qdb", text);
-}
-
 // Rows this close to the start are read straight from the ordered result: the first
 // screen after opening or sorting needs no key table.
 constexpr qint64 DirectRows = 1024;
@@ -318,7 +313,7 @@ auto SQLRowSource::reading(F read)
         return read();
     } catch (const EDatabaseError &) {
         if (connection_->Cancelled())
-            throw EReadCancelled(tr("The read was cancelled"));
+            throw EReadCancelled(QCoreApplication::translate("qdb", "The read was cancelled"));
         if (!RestoreSession())
             throw;
     }
@@ -691,7 +686,7 @@ QString InlineParameters(const QString &sql, const QList<QVariant> &params, cons
             marks << i;
     });
     if (marks.size() != params.size())
-        throw EDatabaseError(tr("The query has %1 parameters but %2 values").arg(marks.size()).arg(params.size()));
+        throw EDatabaseError(QCoreApplication::translate("qdb", "The query has %1 parameters but %2 values").arg(marks.size()).arg(params.size()));
     QString out = sql;
     for (qsizetype k = marks.size() - 1; k >= 0; --k) {
         const QVariant &value = params[k];
