@@ -1,10 +1,13 @@
 #include "QDBDesignerPlugin.h"
+#include "QDBDesignerTaskMenu.h"
 
 #include "data/QDBNavigator.h"
 #include "editors/QDBDataEditor.h"
 #include "grid/QDBGrid.h"
 
 #include <QCoreApplication>
+#include <QtDesigner/QDesignerFormEditorInterface>
+#include <QtDesigner/QExtensionManager>
 
 namespace qdb {
 
@@ -27,8 +30,12 @@ QString TQDBDesignerWidget::group() const
     return QCoreApplication::translate("qdb::TQDBDesignerWidgets", "Data-Aware Widgets");
 }
 
-void TQDBDesignerWidget::initialize(QDesignerFormEditorInterface *)
+void TQDBDesignerWidget::initialize(QDesignerFormEditorInterface *core)
 {
+    if (initialized_)
+        return;
+    if (core && info_.setUp)
+        info_.setUp(core);
     initialized_ = true;
 }
 
@@ -48,7 +55,10 @@ TQDBDesignerWidgets::TQDBDesignerWidgets(QObject *parent) : QObject(parent)
     const QList<TDesignerWidgetInfo> infos{
         {QStringLiteral("qdb::TQDBGrid"), QStringLiteral("grid/QDBGrid.h"), QStringLiteral("dbGrid"),
          tr("A grid of a data set's records: titles, totals, sorting, filtering and search"), TDesignerIcon::Grid,
-         QSize(400, 200), maker<TQDBGrid>()},
+         QSize(400, 200), maker<TQDBGrid>(), [](QDesignerFormEditorInterface *core) {
+             QExtensionManager *manager = core->extensionManager();
+             manager->registerExtensions(new TQDBGridTaskMenuFactory(manager), Q_TYPEID(QDesignerTaskMenuExtension));
+         }},
         {QStringLiteral("qdb::TQDBEditor"), QStringLiteral("editors/QDBDataEditor.h"), QStringLiteral("dbEditor"),
          tr("An editor of one field, with lists, a calendar and a calculator"), TDesignerIcon::Editor, QSize(160, 24),
          maker<TQDBEditor>()},

@@ -19,6 +19,8 @@ struct TDesignerWidgetInfo
     TDesignerIcon icon;
     QSize size;
     std::function<QWidget *(QWidget *)> create;
+    // What Designer is told once about the widget (its extensions).
+    std::function<void(QDesignerFormEditorInterface *)> setUp = {};
 };
 
 class TQDBDesignerWidget : public QObject, public QDesignerCustomWidgetInterface

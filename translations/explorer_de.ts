@@ -27,24 +27,24 @@
 <context>
     <name>explorer::ExplorerWindow</name>
     <message>
-        <location filename="../apps/explorer/ExplorerWindow.cpp" line="+42"/>
-        <location line="+207"/>
+        <location filename="../apps/explorer/ExplorerWindow.cpp" line="+43"/>
+        <location line="+209"/>
         <source>Explorer</source>
         <translation>Explorer</translation>
     </message>
     <message>
-        <location line="-176"/>
+        <location line="-178"/>
         <source>Record</source>
         <translation>Datensatz</translation>
     </message>
     <message>
         <location line="+6"/>
-        <location line="+287"/>
+        <location line="+289"/>
         <source>Record %1 of %2</source>
         <translation>Datensatz %1 von %2</translation>
     </message>
     <message>
-        <location line="-283"/>
+        <location line="-285"/>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
     </message>
@@ -94,7 +94,7 @@
         <translation>%1 - Explorer</translation>
     </message>
     <message>
-        <location line="+54"/>
+        <location line="+56"/>
         <source>Open SQLite database</source>
         <translation>SQLite-Datenbank öffnen</translation>
     </message>

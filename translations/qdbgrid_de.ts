@@ -75,23 +75,61 @@
         <translation>Änderungen verwerfen</translation>
     </message>
     <message>
+        <location filename="../src/dialogs/QDBColumnsEditor.cpp" line="+30"/>
         <location filename="../src/dialogs/QDBLists.cpp" line="+23"/>
         <location filename="../src/dialogs/QDBToolMenu.cpp" line="+75"/>
         <source>Columns</source>
         <translation>Spalten</translation>
     </message>
     <message>
-        <location line="+16"/>
+        <location line="+1"/>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Caption</source>
+        <translation>Beschriftung</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Header</source>
+        <translation>Überschrift</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>Width</source>
+        <translation>Breite</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>Visible</source>
+        <translation>Sichtbar</translation>
+    </message>
+    <message>
+        <location line="+11"/>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location filename="../src/dialogs/QDBLists.cpp" line="+16"/>
         <source>Move &amp;Up</source>
         <translation>Nach &amp;oben</translation>
     </message>
     <message>
         <location line="+1"/>
+        <location filename="../src/dialogs/QDBLists.cpp" line="+1"/>
         <source>Move &amp;Down</source>
         <translation>Nach &amp;unten</translation>
     </message>
     <message>
-        <location line="+1"/>
+        <location filename="../src/dialogs/QDBLists.cpp" line="+1"/>
         <source>&amp;Show All</source>
         <translation>Alle &amp;zeigen</translation>
     </message>

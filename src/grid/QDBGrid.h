@@ -784,7 +784,7 @@ class TQDBGrid : public TQCustomDBGrid
     Q_OBJECT
     Q_CLASSINFO("QtTypedFace", "options optionsEx optionsExt drawingOptions multiSelectOptions color fixedColor "
                                "dataColLineColor dataRowLineColor editorColor highlightTextColor stripeColor "
-                               "selectionColor selectCellColor selectRowColor")
+                               "selectionColor selectCellColor selectRowColor columns")
     Q_PROPERTY(qdb::QDBGridFlags::TQDBGridOptions options READ optionFlags WRITE setOptionFlags)
     Q_PROPERTY(qdb::QDBGridFlags::TQDBGridOptionsEx optionsEx READ optionExFlags WRITE setOptionExFlags)
     Q_PROPERTY(qdb::QDBGridFlags::TQDBGridOptionsExt optionsExt READ optionExtFlags WRITE setOptionExtFlags)
@@ -800,6 +800,8 @@ class TQDBGrid : public TQCustomDBGrid
     Q_PROPERTY(QColor selectionColor READ qtSelectionColor WRITE setQtSelectionColor)
     Q_PROPERTY(QColor selectCellColor READ qtSelectCellColor WRITE setQtSelectCellColor)
     Q_PROPERTY(QColor selectRowColor READ qtSelectRowColor WRITE setQtSelectRowColor)
+    // The columns as a column file holds them; empty while they are the grid's own.
+    Q_PROPERTY(QString columns READ columnsText WRITE setColumnsText)
 
 public:
     using TQCustomDBGrid::TQCustomDBGrid;
@@ -815,6 +817,10 @@ private:
     void setDrawingFlags(QDBGridFlags::TGridDrawingOptions flags);
     QDBGridFlags::TMultiSelections multiSelectFlags() const;
     void setMultiSelectFlags(QDBGridFlags::TMultiSelections flags);
+
+    QString columnsText() const;
+    // Text that is no column file leaves the columns as they were and says why.
+    void setColumnsText(const QString &text);
 
     // An invalid colour stands for the grid's default.
     QColor qtColorOf(TColor color) const;

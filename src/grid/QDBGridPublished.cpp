@@ -1,5 +1,10 @@
 #include "QDBGrid.h"
 
+#include "platform/rtl/Exceptions.h"
+
+#include <QBuffer>
+#include <QtDebug>
+
 namespace qdb {
 
 using namespace QDBGridFlags;
@@ -52,6 +57,33 @@ QDBGridFlags::TMultiSelections TQDBGrid::multiSelectFlags() const
 void TQDBGrid::setMultiSelectFlags(QDBGridFlags::TMultiSelections flags)
 {
     SetMultiSelectOptions(FromFlags<qdb::TMultiSelections>(flags));
+}
+
+QString TQDBGrid::columnsText() const
+{
+    if (GetColumns()->State() != csCustomized)
+        return {};
+    QByteArray text;
+    QBuffer out(&text);
+    out.open(QIODevice::WriteOnly);
+    GetColumns()->SaveToStream(out);
+    return QString::fromUtf8(text);
+}
+
+void TQDBGrid::setColumnsText(const QString &text)
+{
+    if (text.trimmed().isEmpty()) {
+        GetColumns()->SetState(csDefault);
+        return;
+    }
+    QByteArray bytes = text.toUtf8();
+    QBuffer in(&bytes);
+    in.open(QIODevice::ReadOnly);
+    try {
+        GetColumns()->LoadFromStream(in);
+    } catch (const Exception &e) {
+        qWarning().noquote() << objectName() << QStringLiteral("columns:") << e.Message();
+    }
 }
 
 QColor TQDBGrid::qtColorOf(TColor color) const

@@ -4,10 +4,12 @@
 
 #include "ui_OrdersForm.h"
 
+#include "dialogs/QDBColumnsEditor.h"
 #include "platform/rtl/Streaming.h"
 
 #include <QJsonObject>
 #include <QMetaEnum>
+#include <QTableWidget>
 
 #include <gtest/gtest.h>
 
@@ -26,6 +28,8 @@ TEST(DesignerForm, UicCodeMakesTheWidgetsWithTheirProperties)
     EXPECT_EQ(ui.dbGrid->GetOptions(), TQDBGridOptions({dgTitles, dgIndicator, dgMultiSelect}));
     EXPECT_EQ(ui.dbGrid->GetDrawingOptions(), TGridDrawingOptions({gdoStripedRows}));
     EXPECT_EQ(ui.dbGrid->GetStripeColor(), TColor(0xF0FAFF));
+    ASSERT_EQ(ui.dbGrid->GetColumns()->Count(), 2);
+    EXPECT_EQ(ui.dbGrid->GetColumns()->Items(1)->GetTitle()->GetCaption(), QStringLiteral("Quantity"));
     EXPECT_TRUE(ui.dbNavigator->Flat());
     EXPECT_EQ(ui.dbNavigator->VisibleButtons(), TNavButtonSet({nbFirst, nbLast, nbRefresh}));
     EXPECT_EQ(ui.dbEditor->GetListOptions(), TQListOptions({loAutoComplete, loShowToday}));
@@ -74,4 +78,47 @@ TEST(DesignerForm, TheQtTypedFaceNamesEveryOptionAndStaysOutOfStreams)
     TQDBGrid copy;
     ReadComponent(&copy, json);
     EXPECT_EQ(copy.GetStripeColor(), clWindow); // still the system colour, not the one it resolved to
+}
+
+TEST(DesignerForm, TheColumnsEditorDefinesColumnsWithoutADataSet)
+{
+    TQDBGrid grid;
+    {
+        TQDBColumnsEditor editor(&grid);
+        editor.AddRow(QStringLiteral("name"));
+        editor.AddRow(QStringLiteral("qty"));
+        editor.AddRow(QStringLiteral("price"));
+        editor.AddRow(QString()); // left blank: nothing
+        QTableWidget *t = editor.Table();
+        t->item(1, 1)->setText(QStringLiteral("Quantity"));
+        t->item(1, 2)->setText(QStringLiteral("Sales"));
+        t->item(2, 2)->setText(QStringLiteral("Sales"));
+        t->item(2, 3)->setData(Qt::EditRole, 90);
+        t->item(0, 4)->setCheckState(Qt::Unchecked);
+        editor.MoveRow(2, 1);
+        editor.accept();
+    }
+    TQDBGridColumns *columns = grid.GetColumns();
+    ASSERT_EQ(columns->Count(), 3);
+    EXPECT_EQ(columns->Items(1)->GetFieldName(), QStringLiteral("price"));
+    EXPECT_EQ(columns->Items(1)->GetWidth(), 90);
+    EXPECT_EQ(columns->Items(2)->GetTitle()->GetCaption(), QStringLiteral("Quantity"));
+    EXPECT_EQ(columns->Items(2)->GetTitle()->Header(), QStringLiteral("Sales"));
+    EXPECT_FALSE(columns->Items(0)->GetVisible());
+
+    // The form keeps them as text; another grid made from it has the same columns.
+    const QString text = grid.property("columns").toString();
+    ASSERT_FALSE(text.isEmpty());
+    TQDBGrid copy;
+    copy.setProperty("columns", text);
+    EXPECT_EQ(copy.property("columns").toString(), text);
+    copy.setProperty("columns", QStringLiteral("{ not a column file"));
+    EXPECT_EQ(copy.GetColumns()->Count(), 3); // left as they were
+
+    // Cancel changes nothing; the editor opens on the columns there are.
+    TQDBColumnsEditor again(&grid);
+    EXPECT_EQ(again.Table()->rowCount(), 3);
+    again.Table()->removeRow(0);
+    again.reject();
+    EXPECT_EQ(grid.GetColumns()->Count(), 3);
 }

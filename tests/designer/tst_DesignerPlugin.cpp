@@ -1,6 +1,6 @@
 // The Designer plugin as Designer meets it: loaded from its file, it offers each published
 // widget, whose interface makes a widget of the class it names, with an icon and a drop-in
-// snippet that names the class too.
+// snippet that names the class too, and the grid's columns editor in its task menu.
 
 #include <QApplication>
 #include <QColor>
@@ -17,6 +17,10 @@
 #include <QXmlStreamReader>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
+#include <QtDesigner/QDesignerFormEditorInterface>
+#include <QtDesigner/QDesignerTaskMenuExtension>
+#include <QtDesigner/QExtensionManager>
+#include <QAction>
 
 #include <gtest/gtest.h>
 
@@ -68,13 +72,30 @@ TEST(DesignerPlugin, LoadsAndMakesEachPublishedWidget)
               QStringList({"qdb::TQDBGrid", "qdb::TQDBEditor", "qdb::TQDBColumn", "qdb::TQDBNavigator", "qdb::TQDBText",
                            "qdb::TQDBCheckBox", "qdb::TQDBRadioGroup"}));
 
+    // Designer's core as a plugin meets it: here only its extension manager.
+    struct Core : QDesignerFormEditorInterface
+    {
+        using QDesignerFormEditorInterface::setExtensionManager;
+    } core;
+    QExtensionManager manager;
+    core.setExtensionManager(&manager);
     QWidget form;
     for (QDesignerCustomWidgetInterface *w : widgets) {
         SCOPED_TRACE(w->name().toStdString());
-        w->initialize(nullptr);
+        w->initialize(&core);
         EXPECT_TRUE(w->isInitialized());
         QWidget *made = w->createWidget(&form);
         ASSERT_NE(made, nullptr);
+        // The grid's columns editor is in its task menu.
+        auto *menu = qt_extension<QDesignerTaskMenuExtension *>(&manager, made);
+        if (w->name() == QLatin1String("qdb::TQDBGrid")) {
+            ASSERT_NE(menu, nullptr);
+            ASSERT_NE(menu->preferredEditAction(), nullptr);
+            EXPECT_EQ(menu->preferredEditAction()->objectName(), QStringLiteral("editColumns"));
+            EXPECT_EQ(menu->taskActions().size(), 1);
+        } else {
+            EXPECT_EQ(menu, nullptr);
+        }
         EXPECT_EQ(QString::fromLatin1(made->metaObject()->className()), w->name());
         EXPECT_EQ(made->parentWidget(), &form);
         EXPECT_EQ(uneditable(made->metaObject()).toStdString(), "");
