@@ -188,7 +188,7 @@ public:
     QList<int> selectedRows() const override
     {
         QList<int> rows;
-        for (int r = 0; r < rowCount(); ++r)
+        for (int r = 0, count = rowCount(); r < count; ++r)
             if (isRowSelected(r))
                 rows << r;
         return rows;
@@ -205,7 +205,7 @@ public:
     QList<int> selectedColumns() const override
     {
         QList<int> columns;
-        for (int c = 0; c < columnCount(); ++c)
+        for (int c = 0, count = columnCount(); c < count; ++c)
             if (isColumnSelected(c))
                 columns << c;
         return columns;
@@ -218,10 +218,12 @@ public:
     int selectedCellCount() const override { return int(selectedCells().size()); }
     QList<QAccessibleInterface *> selectedCells() const override
     {
+        // Each row's and column's state once, not once a cell.
+        const QList<int> rows = selectedRows(), columns = selectedColumns();
         QList<QAccessibleInterface *> cells;
-        for (int r = 0; r < rowCount(); ++r)
-            for (int c = 0; c < columnCount(); ++c)
-                if (isRowSelected(r) || isColumnSelected(c))
+        for (int r = 0, rowTotal = rowCount(); r < rowTotal; ++r)
+            for (int c = 0, columnTotal = columnCount(); c < columnTotal; ++c)
+                if (rows.contains(r) || columns.contains(c))
                     cells << cellAt(r, c);
         return cells;
     }
